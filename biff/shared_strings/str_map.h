@@ -64,7 +64,7 @@ class StrMap {
     using is_transparent = void;
     const StrMap* map;
     bool operator()(std::uint32_t a, std::uint32_t b) const {
-      return a == b || map->_entries[a].view() == map->_entries[b].view();
+      return a == b || (*this)(Key{map->_entries[a].view(), map->_entries[a].hash}, b);
     }
     bool operator()(const Key& key, std::uint32_t position) const {
       const auto& entry = map->_entries[position];

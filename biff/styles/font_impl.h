@@ -43,7 +43,7 @@ struct FontRecord {
 template <class C>
 class FontImplT final : public IFontPrivate<C> {
  public:
-  explicit FontImplT(BookState& state);
+  explicit FontImplT(BookState& state) : _state(&state) {}
   FontImplT(const FontImplT&) = delete;
   FontImplT& operator=(const FontImplT&) = delete;
 
@@ -94,7 +94,7 @@ class FontImplT final : public IFontPrivate<C> {
 
   BookState* _state;
   FontRecord _record;
-  ShortXLUnicodeString _name;  // a null text: the record has none
+  ShortXLUnicodeString _name{5, true, u"Arial"};  // a null text: the record has none
 };
 
 using FontImpl = FontImplT<char16_t>;

@@ -110,7 +110,8 @@ class FormatImplT final : public IFormatPrivate<C> {
     field.set(_xf, value);
     _xf.alignment |= xf_used::kProtection;
   }
-  void copyColors(const IFormatT<C>& source);
+  void copyBorders(const IFormatT<C>& source);
+  void copyFill(const IFormatT<C>& source);
   void readBiff5(std::span<const std::byte> bytes);
 
   StyleTables* _tables;

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +11,7 @@
 
 #include "biff/book_state.h"
 #include "biff/unicode_string.h"
+#include "engine/enums.h"
 
 namespace rubrica {
 
