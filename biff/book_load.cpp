@@ -160,8 +160,6 @@ bool BookImplT::loadStyleRecord(std::uint16_t recordId, std::uint16_t size) {
     case id::kStyle:
       _styles.readStyle(_xls, size);
       return true;
-    case id::kStyleExt:
-      StyleTables::throwUnexpectedStyleExt();
     case id::kPalette:
       _styles.readPalette(_xls, size);
       return true;
