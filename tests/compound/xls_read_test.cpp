@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <initializer_list>
+
+#include <gtest/gtest.h>
 
 #include "tests/compound/compound_builder.h"
 
