@@ -39,7 +39,16 @@ struct CellHead {
 };
 
 constexpr std::size_t kRkSize = 10, kNumberSize = 14, kLabelSstSize = 10, kBlankSize = 6, kBoolErrSize = 8,
-                      kFormulaSize = 22, kSmallestMul = 6, kSmallestColInfo = 10;
+                      kFormulaSize = 22, kSmallestMul = 6;
+
+// Files hold column records of 10, 11 and 12 bytes; the reserved word at the end counts only when it is whole.
+ColInfo readColInfo(std::span<const std::byte> bytes) {
+  constexpr std::size_t kWithoutReserved = 10;
+  if (bytes.size() < kWithoutReserved) throwSizeIsIncorrect(ColInfo::kName);
+  ColInfo info;
+  readPrefix(info, bytes.first(bytes.size() < fixedSize(info) ? kWithoutReserved : fixedSize(info)));
+  return info;
+}
 
 // Reads "first column, entries of EntrySize bytes, last column" behind the row of a MulRk or MulBlank record.
 template <class Take>
@@ -112,13 +121,8 @@ void SheetImplT::loadRecord(Xls& xls, LoadState& load, std::uint16_t recordId, s
       if (load.window.holds(row.rw)) _rows.append(row);
       return;
     }
-    case id::kColInfo: {
-      const auto bytes = xls.view(size);
-      if (bytes.size() < kSmallestColInfo) throwSizeIsIncorrect(ColInfo::kName);
-      ColInfo info;
-      readPrefix(info, bytes.first(std::min(bytes.size(), fixedSize(info))));
-      return _columns.append(info);
-    }
+    case id::kColInfo:
+      return _columns.append(readColInfo(xls.view(size)));
     case id::kCalcDelta:
       return readFixed(_calcDelta, xls.view(size));
     case id::kGuts:

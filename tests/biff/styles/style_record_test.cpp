@@ -64,8 +64,10 @@ TEST(StyleRecords, TheExtensionBehindAStyleIsCarriedWithIt) {
             (std::vector<Record>{{659, first}, {id::kStyleExt, ext}, {659, second}}));
 }
 
-TEST(StyleRecords, AnExtensionElsewhereFails) {
-  EXPECT_EQ(errorOf([] { StyleTables::throwUnexpectedStyleExt(); }), "StyleExt: unexpected record");
+TEST(StyleRecords, AnExtensionWhoseOwnHeaderNamesAnotherRecordFails) {
+  StyleBook book;
+  const Bytes style = BytesBuilder().u16(0x8010).u8(4).u8(0xFF), ext = BytesBuilder().u16(2195).u8(0);
+  EXPECT_EQ(book.read(&StyleTables::readStyle, style, {{id::kStyleExt, ext}}), "StyleExt: unexpected record");
 }
 
 TEST(StyleRecords, Biff5NamesCountInOneByteAndAreWrittenInTheBiff8Form) {
