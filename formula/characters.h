@@ -22,8 +22,7 @@ constexpr bool isLetter(char16_t c) {
 }
 
 constexpr char16_t upperCase(char16_t c) {
-  const bool lower = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c < 0xFF && c != 0xF7);
-  return lower ? static_cast<char16_t>(c - 0x20) : c;
+  return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
 }
 
 }  // namespace rubrica::formula
