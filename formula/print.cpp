@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "formula/byte_stream.h"
+#include "formula/characters.h"
 #include "formula/function_table.h"
 #include "formula/postfix.h"
 #include "formula/ptg.h"
@@ -16,12 +17,16 @@ namespace {
 constexpr std::u16string_view unknownItem = u"?";
 
 std::u16string decimalText(unsigned value) {
-  const std::string digits = std::to_string(value);
-  return std::u16string(digits.begin(), digits.end());
+  std::u16string text;
+  appendDecimal(text, value);
+  return text;
 }
 
 std::u16string functionText(std::u16string_view name, unsigned count) {
-  return std::u16string(name) + decimalText(count) + postfix::kFunctionEnd;
+  std::u16string text(name);
+  appendDecimal(text, count);
+  text += postfix::kFunctionEnd;
+  return text;
 }
 
 // Turns one token after the other into its postfix item.

@@ -57,42 +57,48 @@ TEST(NormalisedFormula, QuoteKindsToggleIndependently) {
 }
 
 TEST(ReferenceMarks, StandWhereTheFunctionTakesReferences) {
-  EXPECT_EQ(withReferenceMarks(u"COUNT(A1)"), u"COUNT(A1R)");
-  EXPECT_EQ(withReferenceMarks(u"SUM(A1)"), u"SUM(A1)");
-  EXPECT_EQ(withReferenceMarks(u"ROW(1,A1)"), u"ROW(1,A1)");
-  EXPECT_EQ(withReferenceMarks(u"VLOOKUP(A1;B1:C9;D1;E1)"), u"VLOOKUP(A1;B1:C9R;D1R;E1)");
-  EXPECT_EQ(withReferenceMarks(u"A1+COUNT($A$1)+A1"), u"A1+COUNT($A$1R)+A1");
-  EXPECT_EQ(withReferenceMarks(u"COUNT(Sheet1!A1,'My Sheet'!A1:B2,Sheet1!A1:Sheet2!B2)"),
-            u"COUNT(Sheet1!A1R,'My Sheet'!A1:B2R,Sheet1!A1:Sheet2!B2R)");
-  EXPECT_EQ(withReferenceMarks(u"COUNT(Rate,12,\"A1\",A,1A,A1B)"), u"COUNT(Rate,12,\"A1\",A,1A,A1B)");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(A1)"), u"A1R COUNT1F");
+  EXPECT_EQ(postfixFromInfix(u"SUM(A1)"), u"A1 SUM1F");
+  EXPECT_EQ(postfixFromInfix(u"ROW(1,A1)"), u"1 A1 ROW2F");
+  EXPECT_EQ(postfixFromInfix(u"VLOOKUP(A1;B1:C9;D1;E1)"), u"A1 B1:C9R D1R E1 VLOOKUP4F");
+  EXPECT_EQ(postfixFromInfix(u"A1+COUNT($A$1)+A1"), u"A1 $A$1R COUNT1F + A1 +");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(Sheet1!A1,'My Sheet'!A1:B2,Sheet1!A1:Sheet2!B2)"),
+            u"Sheet1!A1R 'My Sheet'!A1:B2R Sheet1!A1:Sheet2!B2R COUNT3F");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(Rate,12,\"A1\",A,1A,A1B)"), u"Rate 12 \"A1\" A 1A A1B COUNT6F");
 }
 
 TEST(ReferenceMarks, FollowTheInnermostCall) {
-  EXPECT_EQ(withReferenceMarks(u"COUNT(SUM(A1),A1)"), u"COUNT(SUM(A1),A1R)");
-  EXPECT_EQ(withReferenceMarks(u"SUM(COUNT(A1),A1)"), u"SUM(COUNT(A1R),A1)");
-  EXPECT_EQ(withReferenceMarks(u"ROW((A1,B1),C1)"), u"ROW((A1R,B1R),C1)");
-  EXPECT_EQ(withReferenceMarks(u"COUNT(((A1)),A1)"), u"COUNT(((A1R)),A1R)");
-  EXPECT_EQ(withReferenceMarks(u"COUNT()+A1"), u"COUNT()+A1");
-  EXPECT_EQ(withReferenceMarks(u"A1)COUNT(A1))A1"), u"A1)COUNT(A1R))A1");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(SUM(A1),A1)"), u"A1 SUM1F A1R COUNT2F");
+  EXPECT_EQ(postfixFromInfix(u"SUM(COUNT(A1),A1)"), u"A1R COUNT1F A1 SUM2F");
+  EXPECT_EQ(postfixFromInfix(u"ROW((A1,B1),C1)"), u"A1R B1R ( C1 ROW2F");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(((A1)),A1+B1)"), u"A1R ( ( A1R B1R + COUNT2F");
+  EXPECT_EQ(postfixFromInfix(u"COUNT()+A1"), u"COUNT0F A1 +");
 }
 
 TEST(ReferenceMarks, TheMaskComesAroundAfter32Arguments) {
-  std::u16string text = u"ROW(1";
-  for (int i = 1; i < 32; ++i) text += u",1";
-  EXPECT_EQ(withReferenceMarks(text + u",A1,A1)"), text + u",A1R,A1)");
+  std::u16string text, postfix;
+  for (int i = 0; i < 32; ++i) {
+    text += u"1,";
+    postfix += u"1 ";
+  }
+  EXPECT_EQ(postfixFromInfix(u"ROW(" + text + u"A1,A1)"), postfix + u"A1R A1 ROW34F");
   // All-by-reference leaves out the two highest bits.
-  std::u16string count = u"COUNT(1";
-  for (int i = 1; i < 29; ++i) count += u",1";
-  EXPECT_EQ(withReferenceMarks(count + u",A1,A1,A1,A1)"), count + u",A1R,A1,A1,A1R)");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(" + text.substr(0, 58) + u"A1,A1,A1,A1)"),
+            postfix.substr(0, 58) + u"A1R A1 A1 A1R COUNT33F");
 }
 
 TEST(ReferenceMarks, TrueWithoutParenthesesOpensNoCall) {
-  EXPECT_EQ(withReferenceMarks(u"COUNT(TRUE,A1)"), u"COUNT(TRUE,A1R)");
-  EXPECT_EQ(withReferenceMarks(u"COUNT(TRUE(),A1)"), u"COUNT(TRUE(),A1R)");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(TRUE,A1)"), u"TRUE A1R COUNT2F");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(TRUE(),A1)"), u"TRUE0F A1R COUNT2F");
 }
 
 TEST(ReferenceMarks, AreNotSetTwice) {
-  EXPECT_EQ(withReferenceMarks(u"COUNT(A1R)"), u"COUNT(A1R)");
+  EXPECT_EQ(postfixFromInfix(u"COUNT(A1R)"), u"A1R COUNT1F");
+}
+
+TEST(Postfix, BlanksThatAnApostropheKeepsAreSkippedLater) {
+  EXPECT_EQ(postfixFromInfix(u"\"it's\" & A 1 < = TRUE ()"), u"\"it's\" A1 TRUE0F <= &");
+  EXPECT_EQ(postfixFromInfix(u"\"it's\" & \"a b\""), u"\"it's\" \"a b\" &");
 }
 
 TEST(Postfix, FollowsPrecedence) {
@@ -194,6 +200,10 @@ TEST(Postfix, FailuresOfParentheses) {
   EXPECT_EQ(postfixMessage(u"SUM(1+MAX(2)"), "error: function parentheses not found");
   EXPECT_EQ(postfixMessage(u"SUM(\")\""), "error: function parentheses not found");
   EXPECT_EQ(postfixMessage(u"SUM+1"), "error: function name without open parenthesis");
+  EXPECT_EQ(postfixMessage(u"SUM(1+MAX)"), "error: function name without open parenthesis");
+  EXPECT_EQ(postfixMessage(u"SUM((1+MAX+2)"), "error: function parentheses not found");
+  EXPECT_EQ(postfixMessage(u"SUM((1+MAX+2)+(3))"), "error: function name without open parenthesis");
+  EXPECT_EQ(postfixMessage(u"SUM(1,\")\"&MAX+1"), "error: function parentheses not found");
   EXPECT_EQ(postfixMessage(u"SUM)("), "error: function name without open parenthesis");
   EXPECT_EQ(postfixMessage(u")"), "error in formula");
   EXPECT_EQ(postfixMessage(u"(1))"), "error in formula");
