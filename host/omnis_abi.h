@@ -60,7 +60,7 @@ inline constexpr std::int32_t kPropertyIsConstant = 0x40000;
 // The length of a character column without a limit that matters.
 inline constexpr std::int32_t kLongTextLength = 10000000;
 
-// The longest string resource that a host reads, in characters.
+// How much of a string resource a host reads, in characters; the rest of a longer text is left out.
 inline constexpr std::uint32_t kMaxResourceText = 255;
 
 // Object classes: CallBlock::classId, and what ObjectTable::create takes.
@@ -88,8 +88,9 @@ inline constexpr std::int32_t kConnectAnswer = 525, kComponentVersion = 0x000300
 inline constexpr std::uint8_t kRecordOwnedByComponent = 0x40, kRecordChanged = 0x04;
 
 #pragma pack(push, 2)
-// One value of a call. The host makes the parameters; the component adds the return value (number 0) at the end of the
-// chain and frees it, with its field, when the host sends releaseResults.
+// One value of a call. The host makes the parameters; a call that carries a method or property id but no parameters has
+// one record with number 0 and field 0. The component adds the return value (number 0, a field,
+// kRecordOwnedByComponent) at the end of the chain and frees it, with its field, when the host sends releaseResults.
 struct ValueRecord {
   Word first;  // low 16 bits of the first record of a chain: the method or property id of the call
   Word creatorFlags;
