@@ -91,11 +91,14 @@ void ComponentInstance::copyFrom(Instance& other) {
 
 // ---- The host
 
-ComponentHost::Sending::Sending(ComponentHost& host) : _outer(currentHost) {
+ComponentHost::Sending::Sending(ComponentHost& host) : _host(host), _outer(currentHost) {
   currentHost = &host;
+  ++host._messageDepth;
 }
+
 ComponentHost::Sending::~Sending() {
   currentHost = _outer;
+  --_host._messageDepth;
 }
 
 ComponentHost::ComponentHost(const std::string& modulePath) : _module(modulePath) {
