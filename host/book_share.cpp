@@ -13,7 +13,9 @@ struct ReleaseBook {
 
 }  // namespace
 
-BookPtr shareBook(Book* book) { return book != nullptr ? BookPtr(book, ReleaseBook{}) : BookPtr(); }
+BookPtr shareBook(Book* book) {
+  return book != nullptr ? BookPtr(book, ReleaseBook{}) : BookPtr();
+}
 
 bool deleteSheet(const BookPtr& book, int index) {
   const Sheet* sheet = book->getSheet(index);

@@ -88,13 +88,15 @@ int writeFormula(NVObjCell& self, MethodCall& call, int) {
 }
 
 constexpr MethodEntry<NVObjCell> kMethods[] = {
-    {4000, "$setPicture", setPicture},  {4001, "$setValue", setValue},       {4002, "$clear", clear},
-    {4003, "$setComment", setComment},  {4004, "$readFormula", readFormula}, {4005, "$writeFormula", writeFormula},
+    {4000, "$setPicture", setPicture}, {4001, "$setValue", setValue},       {4002, "$clear", clear},
+    {4003, "$setComment", setComment}, {4004, "$readFormula", readFormula}, {4005, "$writeFormula", writeFormula},
 };
 
 }  // namespace
 
-std::span<const MethodEntry<NVObjCell>> NVObjCell::methods() { return kMethods; }
+std::span<const MethodEntry<NVObjCell>> NVObjCell::methods() {
+  return kMethods;
+}
 
 void NVObjCell::copyStateFrom(const NVObjCell& other) {
   row = other.row;

@@ -97,21 +97,16 @@ bool readIsDate(NVObjCell& self, HostCall&, HostField& value) {
 }
 
 constexpr PropertyEntry<NVObjCell> kProperties[] = {
-    {4100, readType, nullptr},
-    {4101, readError, nullptr},
-    {4102, readFormat, writeFormat},
-    {4103, readValue, writeValue},
-    {4104, readFont, writeFont},
-    {4105, readRow, nullptr},
-    {4106, readColumn, nullptr},
-    {4107, readColumnLetters, nullptr},
-    {4108, readComment, nullptr},
-    {4109, readIsFormula, nullptr},
-    {4110, readIsDate, nullptr},
+    {4100, readType, nullptr},      {4101, readError, nullptr},         {4102, readFormat, writeFormat},
+    {4103, readValue, writeValue},  {4104, readFont, writeFont},        {4105, readRow, nullptr},
+    {4106, readColumn, nullptr},    {4107, readColumnLetters, nullptr}, {4108, readComment, nullptr},
+    {4109, readIsFormula, nullptr}, {4110, readIsDate, nullptr},
 };
 
 }  // namespace
 
-std::span<const PropertyEntry<NVObjCell>> NVObjCell::properties() { return kProperties; }
+std::span<const PropertyEntry<NVObjCell>> NVObjCell::properties() {
+  return kProperties;
+}
 
 }  // namespace rubrica::host

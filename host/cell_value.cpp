@@ -11,7 +11,9 @@ constexpr int kMillisecondsInHundredth = 10;
 // How an .xlsx sheet keeps text: shared.
 constexpr int kSharedString = 2;
 
-bool isWithoutDate(std::int32_t subtype) { return subtype == datesubtype::time; }
+bool isWithoutDate(std::int32_t subtype) {
+  return subtype == datesubtype::time;
+}
 
 bool isWithoutTime(std::int32_t subtype) {
   return subtype == datesubtype::date1900 || subtype == datesubtype::date1980 || subtype == datesubtype::date2000;

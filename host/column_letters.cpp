@@ -10,7 +10,9 @@ constexpr char32_t kLetterOutsideTheTable = U'W';
 constexpr int kTurn = 26;
 
 // 1 for the first letter of the table, 0 for a character outside it.
-int positionOf(char32_t letter) { return static_cast<int>(kLetters.find(letter) + 1); }
+int positionOf(char32_t letter) {
+  return static_cast<int>(kLetters.find(letter) + 1);
+}
 
 char32_t letterAt(int position) {
   const bool isInTable = position >= 1 && position <= static_cast<int>(kLetters.size());

@@ -32,8 +32,12 @@ constexpr PropertyEntry<Self> kProperties[] = {
 
 }  // namespace
 
-std::span<const MethodEntry<NVObjFont>> NVObjFont::methods() { return kMethods; }
-std::span<const PropertyEntry<NVObjFont>> NVObjFont::properties() { return kProperties; }
+std::span<const MethodEntry<NVObjFont>> NVObjFont::methods() {
+  return kMethods;
+}
+std::span<const PropertyEntry<NVObjFont>> NVObjFont::properties() {
+  return kProperties;
+}
 
 void NVObjFont::copyStateFrom(const NVObjFont& other) {
   book = other.book;

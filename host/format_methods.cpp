@@ -30,7 +30,9 @@ constexpr MethodEntry<NVObjFormat> kMethods[] = {
 
 }  // namespace
 
-std::span<const MethodEntry<NVObjFormat>> NVObjFormat::methods() { return kMethods; }
+std::span<const MethodEntry<NVObjFormat>> NVObjFormat::methods() {
+  return kMethods;
+}
 
 void NVObjFormat::copyStateFrom(const NVObjFormat& other) {
   book = other.book;

@@ -103,6 +103,8 @@ constexpr PropertyEntry<Self> kProperties[] = {
 
 }  // namespace
 
-std::span<const PropertyEntry<NVObjFormat>> NVObjFormat::properties() { return kProperties; }
+std::span<const PropertyEntry<NVObjFormat>> NVObjFormat::properties() {
+  return kProperties;
+}
 
 }  // namespace rubrica::host

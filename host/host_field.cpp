@@ -7,7 +7,9 @@
 
 namespace rubrica::host {
 
-HostField HostField::make(Word context) { return HostField(services().values->create(context), true); }
+HostField HostField::make(Word context) {
+  return HostField(services().values->create(context), true);
+}
 
 HostField::~HostField() {
   if (_isOwned && _handle != 0) services().values->destroy(_handle);
@@ -37,8 +39,12 @@ std::int32_t HostField::subtype() const {
   return subtype;
 }
 
-std::int32_t HostField::integer() const { return _handle != 0 ? services().values->readInteger(_handle) : 0; }
-double HostField::number() const { return _handle != 0 ? services().values->readNumber(_handle) : 0.0; }
+std::int32_t HostField::integer() const {
+  return _handle != 0 ? services().values->readInteger(_handle) : 0;
+}
+double HostField::number() const {
+  return _handle != 0 ? services().values->readNumber(_handle) : 0.0;
+}
 
 bool HostField::boolean() const {
   return _handle != 0 && services().values->readBoolean(_handle, nullptr) == kHostTrue;
@@ -77,7 +83,9 @@ std::u16string HostField::text() const {
   return length <= std::size(buffer) ? utf16FromUtf32({buffer, length}) : utf16FromUtf32(utf32());
 }
 
-std::string HostField::utf8() const { return utf8FromUtf32(utf32()); }
+std::string HostField::utf8() const {
+  return utf8FromUtf32(utf32());
+}
 
 DateParts HostField::date() const {
   DateParts parts{};
@@ -105,14 +113,20 @@ void HostField::setNumber(double value) {
   if (_handle != 0) services().values->writeNumber(_handle, value, kFloatingPlaces);
 }
 
-void HostField::setBoolean(bool value) { setRawBoolean(value ? kHostTrue : kHostFalse); }
+void HostField::setBoolean(bool value) {
+  setRawBoolean(value ? kHostTrue : kHostFalse);
+}
 
 void HostField::setRawBoolean(std::int32_t code) {
   if (_handle != 0) services().values->writeBoolean(_handle, code);
 }
 
-void HostField::setText(std::u16string_view text) { setUtf32(utf32FromUtf16(text)); }
-void HostField::setUtf8(std::string_view text) { setUtf32(utf32FromUtf8(text)); }
+void HostField::setText(std::u16string_view text) {
+  setUtf32(utf32FromUtf16(text));
+}
+void HostField::setUtf8(std::string_view text) {
+  setUtf32(utf32FromUtf8(text));
+}
 
 void HostField::setUtf32(std::u32string_view text) {
   if (_handle != 0) services().values->writeText(_handle, text.data(), text.size());

@@ -9,11 +9,15 @@ namespace rubrica::host {
 namespace {
 
 // The host numbers columns in 16 bits.
-bool isColumnNumber(std::int32_t column) { return column >= 0 && column <= std::numeric_limits<std::int16_t>::max(); }
+bool isColumnNumber(std::int32_t column) {
+  return column >= 0 && column <= std::numeric_limits<std::int16_t>::max();
+}
 
 }  // namespace
 
-HostList HostList::make(Word context) { return HostList(services().lists->create(context), true); }
+HostList HostList::make(Word context) {
+  return HostList(services().lists->create(context), true);
+}
 
 HostList HostList::borrow(const HostField& field) {
   return HostList(field ? services().lists->fromField(field.handle()) : 0, false);
@@ -26,7 +30,9 @@ HostList::~HostList() {
 HostList::HostList(HostList&& other) noexcept
     : _handle(std::exchange(other._handle, 0)), _isOwned(std::exchange(other._isOwned, false)) {}
 
-std::int32_t HostList::rowCount() const { return _handle != 0 ? services().lists->rowCount(_handle) : 0; }
+std::int32_t HostList::rowCount() const {
+  return _handle != 0 ? services().lists->rowCount(_handle) : 0;
+}
 std::int16_t HostList::columnCount() const {
   return _handle != 0 ? services().lists->columnCount(_handle) : std::int16_t{0};
 }
@@ -62,11 +68,13 @@ HostList::ColumnType HostList::columnType(std::int32_t column) const {
 }
 
 bool HostList::addColumn(std::u32string_view name, const ColumnType& type) {
-  return _handle != 0 && services().lists->addColumn(_handle, type.type, type.subtype, type.length, name.data(),
-                                                     name.size()) != 0;
+  return _handle != 0 &&
+         services().lists->addColumn(_handle, type.type, type.subtype, type.length, name.data(), name.size()) != 0;
 }
 
-std::int32_t HostList::addRow() { return _handle != 0 ? services().lists->addRow(_handle) : 0; }
+std::int32_t HostList::addRow() {
+  return _handle != 0 ? services().lists->addRow(_handle) : 0;
+}
 
 void HostList::giveTo(HostField& field) {
   if (!_isOwned || _handle == 0 || !field) return;

@@ -35,8 +35,12 @@ void readFacts(Word context) {
 
 }  // namespace
 
-const HostServices& services() { return current; }
-const HostFacts& hostFacts() { return facts; }
+const HostServices& services() {
+  return current;
+}
+const HostFacts& hostFacts() {
+  return facts;
+}
 
 bool adoptServices(Word window, const CallBlock& call) {
   if (!fits(call.valueTable) || !fits(call.listTable) || !fits(call.objectTable) || !fits(call.resourceTable) ||

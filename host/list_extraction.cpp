@@ -28,9 +28,15 @@ enum Style {
 // More columns than this are left out.
 constexpr int kMaxColumns = 255;
 
-bool skipsHeader(int style) { return style != noHeader && style != customDefine; }
-bool needsDefinition(int style) { return style >= customDefine; }
-bool isNamedByHeader(int style) { return style == defineFromHeader || style == mapFromHeader; }
+bool skipsHeader(int style) {
+  return style != noHeader && style != customDefine;
+}
+bool needsDefinition(int style) {
+  return style >= customDefine;
+}
+bool isNamedByHeader(int style) {
+  return style == defineFromHeader || style == mapFromHeader;
+}
 
 class Extraction {
  public:

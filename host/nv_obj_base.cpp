@@ -35,13 +35,27 @@ bool isSuccess(int resultCode) {
 
 }  // namespace
 
-int NVObjBase::listMethods(HostCall&) { return 1; }
-int NVObjBase::callMethod(MethodCall&) { return 1; }
-int NVObjBase::listProperties(HostCall&) { return 1; }
-int NVObjBase::getProperty(HostCall&) { return 1; }
-int NVObjBase::setProperty(HostCall&) { return 1; }
-int NVObjBase::canAssignProperty(HostCall&, int) { return 0; }
-std::string NVObjBase::errorTextForCode(int) { return {}; }
+int NVObjBase::listMethods(HostCall&) {
+  return 1;
+}
+int NVObjBase::callMethod(MethodCall&) {
+  return 1;
+}
+int NVObjBase::listProperties(HostCall&) {
+  return 1;
+}
+int NVObjBase::getProperty(HostCall&) {
+  return 1;
+}
+int NVObjBase::setProperty(HostCall&) {
+  return 1;
+}
+int NVObjBase::canAssignProperty(HostCall&, int) {
+  return 0;
+}
+std::string NVObjBase::errorTextForCode(int) {
+  return {};
+}
 
 void NVObjBase::reportResult(MethodCall& call, int resultCode) {
   if (isSuccess(resultCode)) return;

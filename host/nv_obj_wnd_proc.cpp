@@ -14,7 +14,9 @@ constexpr int kVersionMethod = 1901;
 // Fixed, whatever the component's own version.
 constexpr std::u32string_view kRubricaVersion = U"3.8.2.0";
 
-ObjectRegistry& registry() { return ObjectRegistry::instance(); }
+ObjectRegistry& registry() {
+  return ObjectRegistry::instance();
+}
 
 std::int32_t construct(const HostCall& call, ObjectHandle handle) {
   if (registry().find(call.groupId(), handle)) return 1;
@@ -29,7 +31,9 @@ std::int32_t callStaticMethod(HostCall& call) {
   return 0;
 }
 
-bool isClass(std::uint32_t classId) { return classId >= classid::workbook && classId <= classid::format; }
+bool isClass(std::uint32_t classId) {
+  return classId >= classid::workbook && classId <= classid::format;
+}
 
 void copyObject(const HostCall& call, const CopyHandles* handles) {
   if (handles == nullptr || !isClass(call.classId())) return;

@@ -5,6 +5,5 @@
 
 extern "C" TABULIX_EXPORT std::int32_t TABULIX_CALL NVObjWndProc(rubrica::host::Word window,
                                                                  std::uint32_t messageNumber,
-                                                                 rubrica::host::Word wParam,
-                                                                 rubrica::host::Word lParam,
+                                                                 rubrica::host::Word wParam, rubrica::host::Word lParam,
                                                                  rubrica::host::CallBlock* call);

@@ -31,7 +31,9 @@ HostField Parameters::required(int n, const char* name) {
   return field;
 }
 
-int Parameters::row(int n, const char* name) { return toEngine(integer(n, name)); }
+int Parameters::row(int n, const char* name) {
+  return toEngine(integer(n, name));
+}
 
 int Parameters::column(int n, const char* name, const char* unknown) {
   const HostField field = required(n, name);

@@ -110,6 +110,8 @@ std::u32string utf32FromUtf8(std::string_view text) {
   return out;
 }
 
-std::string utf8FromUtf16(std::u16string_view text) { return utf8FromUtf32(utf32FromUtf16(text)); }
+std::string utf8FromUtf16(std::u16string_view text) {
+  return utf8FromUtf32(utf32FromUtf16(text));
+}
 
 }  // namespace rubrica::host

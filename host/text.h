@@ -14,6 +14,8 @@ std::u32string utf32FromUtf8(std::string_view text);
 std::string utf8FromUtf16(std::u16string_view text);
 
 // A text that the engine handed out: null counts as empty.
-inline std::u16string_view orEmpty(const char16_t* text) { return text != nullptr ? text : u""; }
+inline std::u16string_view orEmpty(const char16_t* text) {
+  return text != nullptr ? text : u"";
+}
 
 }  // namespace rubrica::host

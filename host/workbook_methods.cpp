@@ -16,12 +16,18 @@
 namespace rubrica::host {
 namespace {
 
-std::string formatted(const char* pattern, const std::string& text) { return (boost::format(pattern) % text).str(); }
-std::string formatted(const char* pattern, int number) { return (boost::format(pattern) % number).str(); }
+std::string formatted(const char* pattern, const std::string& text) {
+  return (boost::format(pattern) % text).str();
+}
+std::string formatted(const char* pattern, int number) {
+  return (boost::format(pattern) % number).str();
+}
 
 // Turns a path of the host into one for the engine, in place; false when that can't be done. The platforms that this
 // component runs on take the host's paths as they are.
-bool convertHostPath(HostField&) { return true; }
+bool convertHostPath(HostField&) {
+  return true;
+}
 
 // The path parameter as engine text; fails the call when it is absent or can't be converted.
 std::u16string pathParameter(MethodCall& call, Parameters& in) {
@@ -122,7 +128,8 @@ int addSheet(NVObjWorkbook& self, MethodCall& call, int) {
   const std::u16string name = in.text(1, "sheetName");
   if (in.failed()) return in.failure();
   const auto init = resolveObject<NVObjWorksheet>(call.host.parameter(2));
-  return returnSheet(self, call, host::addSheet(self.book, name.c_str(), init && init->isSetUp() ? init->sheet : nullptr));
+  return returnSheet(self, call,
+                     host::addSheet(self.book, name.c_str(), init && init->isSetUp() ? init->sheet : nullptr));
 }
 
 // Reads an index from 1; the number one above `size` passes, and the engine then refuses it.
@@ -209,8 +216,9 @@ int customNumFormat(NVObjWorkbook& self, MethodCall& call, int) {
 // Formats and fonts are asked for by the engine's own index, which counts from 0.
 int format(NVObjWorkbook& self, MethodCall& call, int) {
   Parameters in(call);
-  const int index = indexParameter(in, "index", self.book->formatSize(),
-                                   "First parameter, index, is out of range.  Must be between 1 and size of Formats(%d)");
+  const int index =
+      indexParameter(in, "index", self.book->formatSize(),
+                     "First parameter, index, is out of range.  Must be between 1 and size of Formats(%d)");
   if (in.failed()) return in.failure();
   return returnFormat(self, call, self.book->format(index));
 }
@@ -230,9 +238,9 @@ int addPicture(NVObjWorkbook& self, MethodCall& call, int) {
   const int id = self.book->addPicture(path.c_str());
   call.host.returnInteger(id);
   if (id != -1) return code::done;
-  call.longError = (boost::format("Unable to add picture: \"%s\".  Error: %s") % utf8FromUtf16(path) %
-                    self.book->errorMessage())
-                       .str();
+  call.longError =
+      (boost::format("Unable to add picture: \"%s\".  Error: %s") % utf8FromUtf16(path) % self.book->errorMessage())
+          .str();
   return code::failed;
 }
 
@@ -273,7 +281,9 @@ constexpr MethodEntry<NVObjWorkbook> kMethods[] = {
 
 }  // namespace
 
-std::span<const MethodEntry<NVObjWorkbook>> NVObjWorkbook::methods() { return kMethods; }
+std::span<const MethodEntry<NVObjWorkbook>> NVObjWorkbook::methods() {
+  return kMethods;
+}
 
 bool NVObjWorkbook::createBook() {
   book = shareBook(fileType == kXlsx ? createXmlBook() : createBiffBook());

@@ -83,6 +83,8 @@ constexpr PropertyEntry<NVObjWorkbook> kProperties[] = {
 
 }  // namespace
 
-std::span<const PropertyEntry<NVObjWorkbook>> NVObjWorkbook::properties() { return kProperties; }
+std::span<const PropertyEntry<NVObjWorkbook>> NVObjWorkbook::properties() {
+  return kProperties;
+}
 
 }  // namespace rubrica::host

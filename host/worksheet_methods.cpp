@@ -293,7 +293,9 @@ constexpr MethodEntry<NVObjWorksheet> kMethods[] = {
 
 }  // namespace
 
-std::span<const MethodEntry<NVObjWorksheet>> NVObjWorksheet::methods() { return kMethods; }
+std::span<const MethodEntry<NVObjWorksheet>> NVObjWorksheet::methods() {
+  return kMethods;
+}
 
 void NVObjWorksheet::copyStateFrom(const NVObjWorksheet& other) {
   numFormats = other.numFormats;

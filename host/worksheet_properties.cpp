@@ -75,6 +75,8 @@ constexpr PropertyEntry<Self> kProperties[] = {
 
 }  // namespace
 
-std::span<const PropertyEntry<NVObjWorksheet>> NVObjWorksheet::properties() { return kProperties; }
+std::span<const PropertyEntry<NVObjWorksheet>> NVObjWorksheet::properties() {
+  return kProperties;
+}
 
 }  // namespace rubrica::host
