@@ -99,9 +99,9 @@ def write_strings(source, out):
     table = string_table(source)
     lines = [", ".join(str(b) for b in table[i:i + 32]) + "," for i in range(0, len(table), 32)]
     out.write_text("// Made by scripts/generate_resources.py from host/resources/.\n"
-                   '#if defined(__ELF__)\n__attribute__((section(".tabulix_strings"), used, aligned(4)))\n#endif\n'
-                   "extern const unsigned char tabulixStrings[];\n"
-                   f"const unsigned char tabulixStrings[{len(table)}] = {{\n" + "\n".join(lines) + "\n};\n")
+                   f"extern const unsigned char tabulixStrings[{len(table)}];\n"
+                   '#if defined(__ELF__)\n__attribute__((section(".tabulix_strings"), used))\n#endif\n'
+                   f"alignas(4) const unsigned char tabulixStrings[{len(table)}] = {{\n" + "\n".join(lines) + "\n};\n")
 
 
 def write_rc(source, out):
