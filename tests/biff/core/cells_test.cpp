@@ -376,6 +376,16 @@ TEST(SheetCells, DatesAreNumbersUnderADateFormat) {
   EXPECT_FALSE(b.sheet->isDate(9, 9));
 }
 
+TEST(SheetCells, AFormulaWithAnEmptyTextKeepsItsStringRecord) {
+  OneSheet b;
+  ASSERT_TRUE(b.sheet->writeFormulaStr(0, 0, u"\"\"", nullptr));
+  const auto records = sheetRecords(*b.book);
+  ASSERT_NE(findRecord(records, id::kString), nullptr);
+  const auto again = reloaded(*b.book);
+  EXPECT_EQ(textOf(again->getSheet(0)->readStr(0, 0)), u"");
+  EXPECT_NE(findRecord(sheetRecords(*again), id::kString), nullptr) << "an empty String record is no missing one";
+}
+
 TEST(SheetCells, CopiesCarryValueAndFormat) {
   OneSheet b;
   Format* format = b.book->addFormat();

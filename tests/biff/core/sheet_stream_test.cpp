@@ -1,4 +1,6 @@
 // The substream of a sheet: what a new sheet writes, in which order, and what a load keeps.
+#include <algorithm>
+
 #include "tests/biff/core/book_fixture.h"
 
 namespace rubrica {
@@ -238,18 +240,32 @@ TEST(SheetStreams, AChartSheetSurvivesByteForByte) {
 
 TEST(SheetStreams, FromAnEmbeddedChartOnASheetIsAListOfRecords) {
   const Record number{id::kNumber, BytesBuilder().u16(0).u16(0).u16(15).u32(0).u32(0x40000000)};
-  const std::vector<Record> chart = {
-      {id::kBof, bof(32)}, {0x1033, {}}, {id::kEof, {}}, {id::kWindow2, BytesBuilder().fill(18, 0)}};
+  const Record before{0x0999, BytesBuilder().text("before the chart")};
+  const std::vector<Record> chart = {{id::kBof, bof(32)}, {0x1033, {}}, {id::kEof, {}}};
   auto sheet = chart;
-  sheet.insert(sheet.begin(), number);
+  sheet.insert(sheet.begin(), {number, before});
+  sheet.push_back({id::kWindow2, BytesBuilder().fill(18, 0)});
   const auto book = loaded(fileAround(sheet));
   EXPECT_EQ(book->getSheet(0)->readNum(0, 0), 2.0) << "cells before the chart are read";
   EXPECT_EQ(book->sheetType(0), SheetType::chart);
   const auto saved = savedRecords(*book);
-  const std::vector<Record> tail(saved.end() - 5, saved.end());
-  auto expected = chart;
-  expected.push_back({id::kEof, {}});
-  EXPECT_EQ(tail, expected);
+  const std::vector<Record> tail(saved.end() - 3, saved.end());
+  EXPECT_EQ(tail, chart);
+  EXPECT_EQ(saved[saved.size() - 4].recordId, id::kEof) << "the substream begins with the chart's BOF";
+  EXPECT_EQ(findRecord(saved, id::kBoundSheet)->bytes[5], std::byte{2}) << "and is listed as a chart";
+}
+
+TEST(SheetStreams, ASheetBehindOneWithAnEmbeddedChartKeepsItsCells) {
+  auto records = test::bookAround({{id::kBof, bof(32)}, {id::kEof, {}}, {id::kWindow2, BytesBuilder().fill(18, 0)}});
+  const auto bound =
+      std::find_if(records.begin(), records.end(), [](const Record& r) { return r.recordId == id::kBoundSheet; });
+  records.insert(bound, *bound);
+  const auto second = std::vector<Record>{
+      {id::kBof, bof(16)}, {id::kNumber, BytesBuilder().u16(0).u16(0).u16(15).u32(0).u32(0x40000000)}, {id::kEof, {}}};
+  records.insert(records.end(), second.begin(), second.end());
+  const auto book = loaded(fileOf(records));
+  ASSERT_EQ(book->getSheet(1)->readNum(0, 0), 2.0);
+  EXPECT_EQ(test::reloaded(*book)->getSheet(1)->readNum(0, 0), 2.0);
 }
 
 TEST(SheetStreams, SheetsOfAnUnknownKindTellSo) {
