@@ -243,6 +243,8 @@ Value Evaluator::act(Walk& walk, const Step& step) {
     if (step.kind == Step::Kind::Call) return callList(walk, step);
     return listProperty(place.value->listRef(), place.value->kind() == Kind::Row, place.part, step.name);
   }
+  // A call that failed answered nothing and told so through $error; what the rest of the path asks of it is nothing.
+  if (place.value->kind() == Kind::None) return {};
   throw ScriptError(std::string("A ") + kindName(place.value->kind()) + " has no '" + step.name + "'");
 }
 

@@ -12,7 +12,7 @@ using FunctionMap = std::unordered_map<std::string, const Function*>;
 FunctionMap allFunctions() {
   FunctionMap map;
   for (const auto table : {textFunctions(), numberFunctions(), dateFunctions(), specialFunctions()}) {
-    for (const Function& function : table) map.emplace(function.name, &function);
+    for (const Function& function : table) map.emplace(nameKey(function.name), &function);
   }
   return map;
 }

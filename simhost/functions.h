@@ -38,7 +38,7 @@ struct Function {
 // Any number of parameters, up to what keeps one call's memory in proportion.
 inline constexpr std::size_t anyNumber = 1000;
 // The longest text or binary that a script may build, in characters.
-inline constexpr std::size_t maxTextLength = 100'000'000;
+inline constexpr std::size_t maxTextLength = 10'000'000;
 
 // Null when there is none of the name.
 const Function* findFunction(std::string_view name);

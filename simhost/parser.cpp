@@ -190,7 +190,9 @@ class Parser {
 
 Block Parser::body(const SourceLine& opening, Command end, std::optional<Command> otherEnd,
                    std::optional<Command> thirdEnd) {
-  if (_nesting >= maxNesting) fail("Blocks nest more than " + std::to_string(maxNesting) + " deep");
+  if (_nesting >= maxNesting) {
+    throw ScriptError("Blocks nest more than " + std::to_string(maxNesting) + " deep", opening.number);
+  }
   ++_nesting;
   Block block;
   while (true) {

@@ -1,8 +1,9 @@
 #include "simhost/value.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
+#include <cstdlib>
 #include <limits>
 
 #include "simhost/instance.h"
@@ -286,19 +287,33 @@ Value Value::as(Kind kind, int subtype) const {
 
 std::string textFromNumber(double value) {
   constexpr int significantDigits = 15;
-  constexpr double plainFrom = 1e-9;
-  constexpr double plainTo = 1e21;
-  char buffer[64];
+  constexpr int mostZerosBefore = 9;
+  constexpr int mostDigitsBefore = 21;
   if (value == 0) return "0";
-  const double size = std::fabs(value);
-  auto end = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, significantDigits).ptr;
-  if (size >= plainFrom && size < plainTo) {
-    // The digits that `general` keeps decide; only their exponent is taken away.
-    double rounded = 0;
-    std::from_chars(buffer, end, rounded);
-    end = std::to_chars(buffer, buffer + sizeof buffer, rounded, std::chars_format::fixed).ptr;
+  std::array<char, 64> buffer{};
+  char* const last = buffer.data() + buffer.size();
+  const char* end = std::to_chars(buffer.data(), last, value, std::chars_format::scientific, significantDigits - 1).ptr;
+  const std::string_view shown(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  const std::size_t e = shown.find('e');
+  int exponent = 0;
+  const char* exponentText = shown.data() + e + (e + 1 < shown.size() && shown[e + 1] == '+' ? 2 : 1);
+  if (e == std::string_view::npos || std::from_chars(exponentText, end, exponent).ec != std::errc()) {
+    return std::string(shown);  // infinity, or not a number
   }
-  return {buffer, end};
+  const std::string sign = value < 0 ? "-" : "";
+  std::string digits;
+  for (const char c : shown.substr(0, e)) {
+    if (c >= '0' && c <= '9') digits.push_back(c);
+  }
+  digits.erase(digits.find_last_not_of('0') + 1);
+  if (exponent < -mostZerosBefore || exponent >= mostDigitsBefore) {
+    if (digits.size() > 1) digits.insert(1, ".");
+    return sign + digits + "e" + (exponent < 0 ? "-" : "+") + std::to_string(std::abs(exponent));
+  }
+  if (exponent < 0) return sign + "0." + std::string(static_cast<std::size_t>(-exponent) - 1, '0') + digits;
+  const std::size_t whole = static_cast<std::size_t>(exponent) + 1;
+  if (digits.size() <= whole) return sign + digits + std::string(whole - digits.size(), '0');
+  return sign + digits.insert(whole, ".");
 }
 
 bool numberFromText(TextView text, double& value) {

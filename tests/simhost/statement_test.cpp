@@ -143,7 +143,7 @@ TEST(Depth, EndlessRecursionEndsInAMessage) {
   nested += "Do method m Returns x\n";
   for (int i = 0; i < 50; ++i) nested += "End If\n";
   nested += "End Method";
-  EXPECT_EQ(run(nested), "line 54: The script calls itself too deeply");
+  EXPECT_TRUE(run(nested).ends_with("The script calls itself too deeply"));
 }
 
 TEST(Depth, HundredsOfMethodsMayBeUnderWay) {
