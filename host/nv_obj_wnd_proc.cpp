@@ -114,6 +114,7 @@ std::int32_t answer(std::uint32_t messageNumber, Word wParam, Word lParam, CallB
       if (wParam == 1) registry().take(call.groupId(), lParam);
       return 1;
     case message::copyObject:
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries the pointer in its second word.
       copyObject(call, reinterpret_cast<const CopyHandles*>(lParam));
       // A copy is answered with the static methods, on which hosts in use rely.
       [[fallthrough]];

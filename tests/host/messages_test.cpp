@@ -236,7 +236,7 @@ TEST_F(Messages, ResultsAreReleasedOnce) {
   EXPECT_EQ(host.send(message::getLibraryName, 0, 0, &block), 0);
   EXPECT_EQ(host.send(message::getConstantPrefix, 0, 0, &block), 1);
   ASSERT_NE(block.values, nullptr);
-  EXPECT_NE(block.values->next, nullptr);
+  EXPECT_TRUE(block.values->next != nullptr);
   EXPECT_EQ(host.fields, 2);
   EXPECT_EQ(host.send(message::releaseResults, 0, 0, &block), 1);
   EXPECT_EQ(block.values, nullptr);
