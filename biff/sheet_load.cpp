@@ -322,7 +322,7 @@ void SheetImplT::loadFormulaFollowers(Xls& xls, FormulaCell& cell) {
     xls.readInt16(length, remaining);
     if (length > 0) text.read(xls, state().pool, length, remaining, state().textForm());
     xls.skip(remaining);
-    cell.text = text.text;
+    cell.text = text.text == nullptr ? u"" : text.text;
     cell.textLength = text.cch;
   }
 }

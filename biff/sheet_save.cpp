@@ -204,7 +204,7 @@ void SheetImplT::saveFormula(Xls& xls, const FormulaCell& cell, const FormulaDef
     xls.writeRecord(definition->recordId, definition->bytes.data(),
                     static_cast<std::uint16_t>(definition->bytes.size()));
   }
-  if (cell.value.kind() == FormulaValue::Kind::string && cell.text != nullptr) saveString(xls, cell.cachedText());
+  if (cell.value.kind() == FormulaValue::Kind::string) saveString(xls, cell.cachedText());
 }
 
 void SheetImplT::saveTail(Xls& xls) {
