@@ -292,13 +292,13 @@ void Evaluator::assignSteps(const Path& path, std::size_t count, const Value& va
 }
 
 void Evaluator::assignPlace(Walk& walk, const Step& last, const Value& value) {
-  const Place before = navigate(walk, false);
   Step step{last.kind, last.name, {}};
   Value index;
   if (last.kind == Step::Kind::Index) {
     index = evaluate(*last.arguments[0]);
     if (index.kind() == Kind::Character) step = {Step::Kind::Member, index.toUtf8(), {}};
   }
+  const Place before = navigate(walk, false);
   if (!before.isPart() && before.value->isObject()) {
     const std::shared_ptr<Instance> instance = before.value->instance();
     if (instance == nullptr) throw ScriptError("There is no object to assign " + step.name + " to");
