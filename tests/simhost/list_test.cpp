@@ -96,8 +96,7 @@ TEST(Lists, AListWithinALineMayGoAwayWhileItsParametersAreTaken) {
   EXPECT_EQ(withList(nested + "Do o.1.l.$add(o.$remove(1),2)"), "line 12: The list has no line 1; it has 0");
   EXPECT_EQ(withList(nested + "Calculate o.1.l.[o.$remove(1)].lName as 'x'"),
             "line 12: The list has no line 1; it has 0");
-  EXPECT_EQ(withList(nested + "Do o.$search(o.$remove(1)) Returns i\nPrint i"),
-            "line 12: The list has no line 1; it has 0");
+  EXPECT_EQ(withList(nested + "Do o.$search(o.$remove(1)) Returns i\nPrint i"), "1\n");
 }
 
 TEST(Rows, HoldOneLine) {
