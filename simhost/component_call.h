@@ -19,8 +19,14 @@ inline constexpr host::Word boundCell = 1;
 inline host::FieldHandle handleOf(const Value* value) {
   return reinterpret_cast<host::FieldHandle>(value);
 }
+
+// A word of the interface that is the address of something of the host's.
+template <typename Target>
+Target* pointerFrom(host::Word word) {
+  return reinterpret_cast<Target*>(word);  // NOLINT(performance-no-int-to-ptr): addresses cross as words
+}
 inline Value* valueOf(host::FieldHandle field) {
-  return reinterpret_cast<Value*>(field & ~boundCell);
+  return pointerFrom<Value>(field & ~boundCell);
 }
 
 class ComponentCall {

@@ -32,7 +32,7 @@ Value Evaluator::evaluate(const Expr& expression) {
   const Depth depth(_depth);
   if (const auto* path = std::get_if<Path>(&expression.node)) return evaluatePath(*path);
   if (const auto* chain = std::get_if<Chain>(&expression.node)) return evaluateChain(*chain);
-  const Unary& unary = std::get<Unary>(expression.node);
+  const auto& unary = std::get<Unary>(expression.node);
   const Value operand = evaluate(*unary.operand);
   if (unary.op == Unary::Operator::Not) return Value::boolean(!operand.toBoolean());
   return applied(Operator::Subtract, Value::integer(0),
@@ -271,7 +271,7 @@ Value Evaluator::callReference(Walk& walk, const Step& step) {
 }
 
 void Evaluator::assign(const Expr& target, const Value& value) {
-  const Path& path = std::get<Path>(target.node);
+  const auto& path = std::get<Path>(target.node);
   assignSteps(path, path.steps.size(), value);
 }
 
@@ -292,13 +292,13 @@ void Evaluator::assignSteps(const Path& path, std::size_t count, const Value& va
 }
 
 void Evaluator::assignPlace(Walk& walk, const Step& last, const Value& value) {
-  const Place before = navigate(walk, false);
   Step step{last.kind, last.name, {}};
   Value index;
   if (last.kind == Step::Kind::Index) {
     index = evaluate(*last.arguments[0]);
     if (index.kind() == Kind::Character) step = {Step::Kind::Member, index.toUtf8(), {}};
   }
+  const Place before = navigate(walk, false);
   if (!before.isPart() && before.value->isObject()) {
     const std::shared_ptr<Instance> instance = before.value->instance();
     if (instance == nullptr) throw ScriptError("There is no object to assign " + step.name + " to");
@@ -327,7 +327,7 @@ std::size_t Evaluator::lineCount(const Expr& list) {
 
 void Evaluator::setCurrentLine(const Expr& list, std::size_t line) {
   Walk walk;
-  const Path& path = std::get<Path>(list.node);
+  const auto& path = std::get<Path>(list.node);
   advance(walk, path, path.steps.size());
   const Place place = navigate(walk, true);
   if (!place.value->isList()) throw ScriptError("A loop over lines needs a list");

@@ -51,8 +51,10 @@ Value Evaluator::callList(Walk& walk, const Step& step) {
   if (whole && !isRow && sameName(step.name, "$search")) return searchList(walk, step);
   if (whole && sameName(step.name, "$loadcols")) return loadColumns(walk, step);
   const std::vector<Value> arguments = evaluateAll(step.arguments);
-  const ListPlace part = navigate(walk, false).part;
-  if (part.part == ListPlace::Part::Line && !before.value->listRef().has(part.line, 1)) {
+  // The parameters may have changed the very list, so that the place is looked for again.
+  const Place place = navigate(walk, false);
+  const ListPlace part = place.part;
+  if (part.part == ListPlace::Part::Line && !place.value->listRef().has(part.line, 1)) {
     throw ScriptError("The list has no line " + std::to_string(part.line));
   }
   return ListMethods(writable(), isRow, _variables).call(part, step.name, arguments);

@@ -100,7 +100,7 @@ std::optional<UnknownWord> resolveNames(Program& program, const std::vector<Name
   std::vector<SlotMap> locals;
   for (const Method& method : program.methods) locals.push_back(slotsOf(method));
   for (const NameUse& use : names) {
-    Name& name = std::get<Name>(std::get<Path>(use.expression->node).base);
+    auto& name = std::get<Name>(std::get<Path>(use.expression->node).base);
     const std::string key = nameKey(name.name);
     const SlotMap& own = locals[use.method];
     if (const auto local = own.find(key); use.method != 0 && local != own.end()) {

@@ -23,10 +23,10 @@ std::atomic<std::size_t> liveFields{0};
 std::atomic<std::size_t> liveLists{0};
 
 ComponentHost& hostOf(Word context) {
-  return *reinterpret_cast<ComponentHost*>(context);
+  return *pointerFrom<ComponentHost>(context);
 }
 List* listOf(ListHandle list) {
-  return reinterpret_cast<List*>(list);
+  return pointerFrom<List>(list);
 }
 
 // What a component asks of no field at all reads as empty.
@@ -267,14 +267,14 @@ std::int32_t callMethod(Word context, ObjectHandle object, const char32_t* name,
 }
 
 std::uint32_t readString(Word module, std::uint32_t id, char32_t* buffer, std::uint32_t capacity) {
-  const Text& text = reinterpret_cast<const StringResources*>(module)->text(id);
+  const auto& text = pointerFrom<const StringResources>(module)->text(id);
   const std::size_t length = std::min<std::size_t>({text.size(), capacity, host::kMaxResourceText});
   copyOut(text.data(), length, buffer, length);
   return static_cast<std::uint32_t>(length);
 }
 
 void collectString(Word wParam, Word, std::uint32_t id, const char32_t* text, std::size_t length) {
-  if (wParam != 0) reinterpret_cast<CollectedStrings*>(wParam)->texts.emplace_back(id, Text(text, length));
+  if (wParam != 0) pointerFrom<CollectedStrings>(wParam)->texts.emplace_back(id, Text(text, length));
 }
 
 // This host has no options of its own; every one of them is unset.

@@ -91,6 +91,14 @@ TEST(Lists, ParametersMayChangeTheListTheyAreFor) {
   EXPECT_EQ(withList("Do l.3.$assigncols(l.$remove(3),1)"), "line 9: The list has no line 3");
 }
 
+TEST(Lists, AListWithinALineMayGoAwayWhileItsParametersAreTaken) {
+  const std::string nested = "Var o List\nDo o.$define(l)\nDo o.$add(l)\n";
+  EXPECT_EQ(withList(nested + "Do o.1.l.$add(o.$remove(1),2)"), "line 12: The list has no line 1; it has 0");
+  EXPECT_EQ(withList(nested + "Calculate o.1.l.[o.$remove(1)].lName as 'x'"),
+            "line 12: The list has no line 1; it has 0");
+  EXPECT_EQ(withList(nested + "Do o.$search(o.$remove(1)) Returns i\nPrint i"), "1\n");
+}
+
 TEST(Rows, HoldOneLine) {
   EXPECT_EQ(run("Var r Row\nVar a Integer\nVar b Character\nDo r.$define(a,b)\nCalculate r.a as 4\nCalculate r.b as "
                 "'x'\nPrint r.a,r.b,r.C2,r.2"),
