@@ -1,20 +1,23 @@
 #include "tools/bench_workloads.h"
 
-#include <cstdio>
+#include <charconv>
 #include <random>
 #include <string_view>
 
 namespace rubrica::tools {
 namespace {
 
-// ASCII text as the interfaces want it, in one reused buffer.
+// A text around a number, as the interfaces want it, in one reused buffer: what is measured is the engine, not printf.
 class WideBuffer {
  public:
-  template <class... Args>
-  const char16_t* format(const char* pattern, Args... args) {
-    char narrow[80];
-    const int length = std::snprintf(narrow, sizeof(narrow), pattern, args...);
-    _text.assign(narrow, narrow + length);
+  const char16_t* text(std::u16string_view before, int number, std::u16string_view behind = {}, std::size_t width = 0) {
+    char digits[16];
+    const char* end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
+    const auto count = static_cast<std::size_t>(end - digits);
+    _text = before;
+    if (count < width) _text.append(width - count, u'0');
+    for (const char* digit = digits; digit != end; ++digit) _text.push_back(static_cast<char16_t>(*digit));
+    _text += behind;
     return _text.c_str();
   }
 
@@ -48,7 +51,7 @@ bool fillStrings(Sheet& sheet, const Shape& shape) {
   WideBuffer text;
   for (int r = 0; r < shape.rows; ++r) {
     for (int c = 0; c < shape.cols; ++c) {
-      if (!sheet.writeStr(r, c, text.format("text-%d", (r * 10 + c) % kTextKinds))) return false;
+      if (!sheet.writeStr(r, c, text.text(u"text-", (r * 10 + c) % kTextKinds))) return false;
     }
   }
   return true;
@@ -67,12 +70,12 @@ bool fillMixed(Book& book, Sheet& sheet, const Shape& shape) {
   WideBuffer text;
   for (int r = 0; r < shape.rows; ++r) {
     const bool written = sheet.writeNum(r, 0, r) && sheet.writeNum(r, 1, r * 1.1 + 0.5) &&
-                         sheet.writeStr(r, 2, text.format("item-%d", r % kItemKinds)) &&
-                         sheet.writeStr(r, 3, text.format("unique-long-string-%010d-abcdefghij", r)) &&
+                         sheet.writeStr(r, 2, text.text(u"item-", r % kItemKinds)) &&
+                         sheet.writeStr(r, 3, text.text(u"unique-long-string-", r, u"-abcdefghij", 10)) &&
                          sheet.writeBool(r, 4, r % 2 == 0) && sheet.writeNum(r, 5, kFirstDate + r % kDateSpan, date) &&
-                         sheet.writeFormulaNum(r, 6, text.format("A%d*2", r + 1), r * 2.0) &&
+                         sheet.writeFormulaNum(r, 6, text.text(u"A", r + 1, u"*2"), r * 2.0) &&
                          sheet.writeBlank(r, 7, bold) && sheet.writeNum(r, 8, (r * 7 % kDateSpan) / 100.0, twoPlaces) &&
-                         sheet.writeStr(r, 9, text.format("text-%d", r % kTextKinds));
+                         sheet.writeStr(r, 9, text.text(u"text-", r % kTextKinds));
     if (!written) return false;
   }
   return true;
