@@ -77,7 +77,7 @@ class Schemas:
 class Importer:
     def __init__(self, source, schemas):
         self.source, self.schemas = source, schemas
-        self.module = model.Module(name=source.namespace, target=source.target, namespaces=source.namespaces)
+        self.module = model.Module(name=source.namespace, namespaces=source.namespaces)
         self.prefix_of = {uri: prefix for _, prefix, uri in source.namespaces}
         self.prefix_of[XML_NAMESPACE] = "xml"
         self.owner_of_type = {}
@@ -258,6 +258,8 @@ class Importer:
             result = model.SimpleType(name, inherited.base, inherited.members, inherited.enumeration,
                                       inherited.pattern, dict(inherited.facets))
         tokens = [f.get("value") for f in children(body) if local(f) == "enumeration"]
+        if any(len(token.split()) != 1 for token in tokens):
+            raise SystemExit("%s: a token that is no single word does not fit the text form" % name)
         result.enumeration = tokens or result.enumeration
         for facet in children(body):
             if local(facet) == "pattern" and facet.get("value") in PATTERNS:
@@ -306,7 +308,6 @@ def describe(source, module):
         lines = ["# Binding classes of module %s, from %s by scripts/import_schemas.py."
                  % (module.name, os.path.basename(source.schema)), "module " + module.name]
         if number == 0:
-            lines.append("target " + (module.target or "-"))
             lines += ["namespace %d %s %s" % (i, p or "-", u) for i, p, u in module.namespaces]
             lines += ["root %s %s" % root for root in module.roots]
         types = [t for t in used_types(module, part) if t.name not in written]

@@ -80,7 +80,7 @@ class Class:
 @dataclass
 class Module:
     name: str = ""
-    target: str = ""  # prefix of the names written without one
+    folder: str = "source/ooxml"  # where its generated headers are included from
     namespaces: list = field(default_factory=list)  # (id, prefix, uri)
     roots: list = field(default_factory=list)  # (element name, class name)
     types: dict = field(default_factory=dict)
@@ -180,8 +180,6 @@ def parse(text: str, source: str, module: Module) -> None:
         try:
             if depth == 0 and key == "module":
                 module.name = words[1]
-            elif depth == 0 and key == "target":
-                module.target = "" if words[1] == "-" else words[1]
             elif depth == 0 and key == "namespace":
                 module.namespaces.append((int(words[1]), "" if words[2] == "-" else words[2], words[3]))
             elif depth == 0 and key == "root":

@@ -19,7 +19,6 @@ class ModuleSource:
     description: str  # file stem in source/ooxml
     roots: list
     namespaces: list
-    target: str = ""
     files: int = 1
     # Elements named t keep their white space and may say xml:space, which the first-edition schemas left out.
     space_strings: bool = False
@@ -43,7 +42,7 @@ MODULES = [
     ModuleSource("drawing", _TRANSITIONAL + "dml-spreadsheetDrawing.xsd", "dml-spreadsheetDrawing", ["wsDr"],
                  [(1000, "a", "http://schemas.openxmlformats.org/drawingml/2006/main"),
                   (1001, "xdr", "http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing"),
-                  (1002, "r", _RELATIONSHIPS)], target="xdr", files=3),
+                  (1002, "r", _RELATIONSHIPS)], files=3),
     ModuleSource("strict", "strict/sml.xsd", "sml", ["workbook", "worksheet", "styleSheet", "sst", "table"],
                  [(1000, "", "http://purl.oclc.org/ooxml/spreadsheetml/main"), (1001, "r", _STRICT_RELATIONSHIPS),
                   (1002, "xdr", "http://purl.oclc.org/ooxml/drawingml/spreadsheetDrawing")], files=5),
