@@ -81,6 +81,6 @@ TEST_P(EveryClass, ClonesDeeply) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Modules, EveryClass, testing::Range(std::size_t{0}, modules().size()),
-                         [](const auto& info) { return modules()[info.param].name; });
+                         [](const auto& module) { return modules()[module.param].name; });
 
 }  // namespace rubrica

@@ -52,6 +52,8 @@ T sampleValue(const lmx::simple_type& type) {
     return 1.5;
   } else if constexpr (std::is_same_v<T, bool>) {
     return true;
+  } else if constexpr (std::is_same_v<T, lmx::c_empty>) {
+    return {};
   } else {
     return static_cast<T>(sampleNumber(type));
   }
@@ -143,7 +145,7 @@ class sampler {
     withType(type.kind, [&](auto zero) {
       using T = decltype(zero);
       using Stored = std::conditional_t<std::is_same_v<T, bool>, std::uint8_t, T>;
-      reinterpret_cast<std::vector<Stored>*>(at)->assign(count, static_cast<Stored>(sampleValue<T>(type)));
+      reinterpret_cast<std::vector<Stored>*>(at)->assign(count, Stored(sampleValue<T>(type)));
     });
   }
 
