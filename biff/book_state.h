@@ -1,0 +1,66 @@
+// What the parts of one BIFF book share: the last message, the pool of record texts, the text conversion and a few
+// facts of the file being read. Owned by the book and passed to its parts by reference; one thread per book.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "biff/record_pool.h"
+#include "biff/records/record_ids.h"
+#include "biff/unicode_string.h"
+#include "engine/text_converter.h"
+
+namespace rubrica {
+
+struct BookState {
+  // The book's last message: "ok", a warning, or what went wrong.
+  void setOk() { _message.clear(); }
+  void setMessage(std::string message) { _message = std::move(message); }
+  const char* message() const { return _message.empty() ? "ok" : _message.c_str(); }
+
+  RecordPool pool;
+  TextConverter text;
+  bool rgbMode = false;
+  std::uint16_t biffVersion = kBiff8Version;  // of the BOF that the book was loaded from
+  std::uint16_t codePage = 1200;              // of the CodePage record
+
+  bool isBiff5() const { return biffVersion <= kBiff5Version; }
+  TextForm textForm() const { return {isBiff5(), codePage}; }
+
+  // Hands wide text to the caller's form: sets "ok", or the warning about lost characters.
+  const char16_t* convert(const char16_t* wide) {
+    if (wide == nullptr) return nullptr;
+    setOk();
+    return wide;
+  }
+
+ private:
+  std::string _message;
+};
+
+// The body of every public operation that can fail: "ok" first, so that the body may leave a warning; an exception
+// becomes the last message and the operation's failure value.
+template <class Result, class Body>
+Result guarded(BookState& state, Result failure, Body&& body) {
+  try {
+    state.setOk();
+    return body();
+  } catch (const std::exception& error) {
+    state.setMessage(error.what());
+  } catch (...) {
+    state.setMessage("general failure");
+  }
+  return failure;
+}
+
+template <class Body>
+void guarded(BookState& state, Body&& body) {
+  guarded(state, false, [&] {
+    body();
+    return true;
+  });
+}
+
+}  // namespace rubrica

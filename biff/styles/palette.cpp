@@ -1,0 +1,84 @@
+#include "biff/styles/palette.h"
+
+#include <algorithm>
+
+#include "biff/records/record_io.h"
+#include "engine/xlerror.h"
+
+namespace rubrica {
+namespace {
+
+// Red, green, blue from the highest byte down, as colours are usually written; index 8 first.
+constexpr std::array<std::uint32_t, Palette::kSize> kDefaultColors = {
+    0x000000, 0xFFFFFF, 0xFF0000, 0x00FF00, 0x0000FF, 0xFFFF00, 0xFF00FF, 0x00FFFF, 0x800000, 0x008000,
+    0x000080, 0x808000, 0x800080, 0x008080, 0xC0C0C0, 0x808080, 0x9999FF, 0x993366, 0xFFFFCC, 0xCCFFFF,
+    0x660066, 0xFF8080, 0x0066CC, 0xCCCCFF, 0x000080, 0xFF00FF, 0xFFFF00, 0x00FFFF, 0x800080, 0x800000,
+    0x008080, 0x0000FF, 0x00CCFF, 0xCCFFFF, 0xCCFFCC, 0xFFFF99, 0x99CCFF, 0xFF99CC, 0xCC99FF, 0xFFCC99,
+    0x3366FF, 0x33CCCC, 0x99CC00, 0xFFCC00, 0xFF9900, 0xFF6600, 0x666699, 0x969696, 0x003366, 0x339966,
+    0x003300, 0x333300, 0x993300, 0x993366, 0x333399, 0x333333};
+constexpr std::uint32_t kColorBits = 0x00FFFFFF;
+constexpr char kName[] = "Palette";
+
+constexpr std::uint32_t entryOf(int red, int green, int blue) {
+  return static_cast<std::uint8_t>(red) | std::uint32_t{static_cast<std::uint8_t>(green)} << 8 |
+         std::uint32_t{static_cast<std::uint8_t>(blue)} << 16;
+}
+
+}  // namespace
+
+Palette::Palette() {
+  resetColors();
+}
+
+void Palette::resetColors() {
+  _entries.clear();
+  for (const std::uint32_t c : kDefaultColors) {
+    _entries.push_back(entryOf(static_cast<int>(c >> 16), static_cast<int>(c >> 8), static_cast<int>(c)));
+  }
+}
+
+int Palette::pack(int red, int green, int blue) {
+  const std::uint32_t wanted = entryOf(red, green, blue);
+  const auto match = std::find_if(_entries.begin(), _entries.end(),
+                                  [wanted](std::uint32_t entry) { return (entry & kColorBits) == wanted; });
+  auto position = static_cast<std::size_t>(match - _entries.begin());
+  if (match == _entries.end()) {
+    position = static_cast<std::size_t>(std::find(_used.begin(), _used.end(), false) - _used.begin());
+    if (position == kSize) throw xlerror("no free color index, limit is reached for xls format");
+    // A file's palette may have fewer entries than there are indexes.
+    if (position >= _entries.size()) _entries.resize(position + 1);
+    _entries[position] = wanted;
+  }
+  if (position < kSize) _used[position] = true;
+  return static_cast<int>(position) + kFirstIndex;
+}
+
+void Palette::unpack(int color, int* red, int* green, int* blue) const {
+  const unsigned position = static_cast<unsigned>(color) - unsigned{kFirstIndex};
+  if (position >= _entries.size()) throw xlerror("invalid vector<T> subscript");
+  const std::uint32_t entry = _entries[position];
+  if (red != nullptr) *red = static_cast<int>(entry & 0xFF);
+  if (green != nullptr) *green = static_cast<int>(entry >> 8 & 0xFF);
+  if (blue != nullptr) *blue = static_cast<int>(entry >> 16 & 0xFF);
+}
+
+void Palette::read(Xls& xls, std::uint16_t size) {
+  const auto bytes = xls.view(size);
+  RecordBody body(bytes);
+  std::int16_t count = 0;
+  if (bytes.size() != size || !body.take(count)) throwSizeIsIncorrect(kName);
+  const auto entries = static_cast<std::size_t>(std::max<std::int16_t>(count, 0));
+  if (body.left() != entries * sizeof(std::uint32_t)) throwSizeIsIncorrect(kName);
+  if (entries == 0) return;
+  _entries.resize(entries);
+  std::memcpy(_entries.data(), body.rest().data(), body.left());
+}
+
+void Palette::write(Xls& xls) const {
+  const std::size_t size = _entries.size() * sizeof(std::uint32_t);
+  xls.writeHeader(id::kPalette, static_cast<std::uint16_t>(2 + size));
+  xls.writeInt16(static_cast<std::uint16_t>(_entries.size()));
+  xls.write(_entries.data(), size);
+}
+
+}  // namespace rubrica

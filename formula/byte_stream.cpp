@@ -1,0 +1,105 @@
+#include "formula/byte_stream.h"
+
+#include <bit>
+
+#include "engine/xlerror.h"
+
+namespace rubrica::formula {
+namespace {
+
+constexpr char moveError[] = "GetFormula move1 error";
+
+template <typename Value>
+void pushLittleEndian(std::vector<std::uint8_t>& bytes, Value value) {
+  for (std::size_t i = 0; i < sizeof(Value); ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+}
+
+template <typename Value>
+Value littleEndian(std::span<const std::uint8_t> bytes) {
+  Value value = 0;
+  for (std::size_t i = 0; i < sizeof(Value); ++i) {
+    value = static_cast<Value>(value | static_cast<Value>(static_cast<Value>(bytes[i]) << (8 * i)));
+  }
+  return value;
+}
+
+}  // namespace
+
+ByteStream::ByteStream(std::span<const std::uint8_t> bytes) : _bytes(bytes.begin(), bytes.end()) {}
+
+void ByteStream::clear() {
+  _bytes.clear();
+  _front = 0;
+}
+
+void ByteStream::pushInt16(std::uint16_t value) {
+  pushLittleEndian(_bytes, value);
+}
+void ByteStream::pushInt32(std::uint32_t value) {
+  pushLittleEndian(_bytes, value);
+}
+void ByteStream::pushDouble(double value) {
+  pushLittleEndian(_bytes, std::bit_cast<std::uint64_t>(value));
+}
+
+std::uint8_t ByteStream::popByte() {
+  require(1, moveError);
+  const std::uint8_t value = bytes()[0];
+  drop(1);
+  return value;
+}
+
+std::uint16_t ByteStream::popInt16() {
+  require(2, moveError);
+  const auto value = littleEndian<std::uint16_t>(bytes());
+  drop(2);
+  return value;
+}
+
+std::uint32_t ByteStream::popInt32() {
+  require(4, "ByteStream::popInt32() error");
+  const auto value = littleEndian<std::uint32_t>(bytes());
+  drop(4);
+  return value;
+}
+
+double ByteStream::popDouble() {
+  require(8, "ByteStream::popDouble() error");
+  const auto value = littleEndian<std::uint64_t>(bytes());
+  drop(8);
+  return std::bit_cast<double>(value);
+}
+
+void ByteStream::moveTo(ByteStream& target, std::size_t count) {
+  require(count, moveError);
+  const auto moved = bytes().first(count);
+  target._bytes.insert(target._bytes.end(), moved.begin(), moved.end());
+  drop(count);
+}
+
+std::uint8_t& ByteStream::operator[](std::size_t position) {
+  if (position >= size()) throw xlerror("invalid deque<T> subscript");
+  return _bytes[_front + position];
+}
+
+std::uint8_t ByteStream::operator[](std::size_t position) const {
+  if (position >= size()) throw xlerror("invalid deque<T> subscript");
+  return _bytes[_front + position];
+}
+
+void ByteStream::require(std::size_t count, const char* message) const {
+  if (size() < count) throw xlerror(message);
+}
+
+void ByteStream::drop(std::size_t count) {
+  _front += count;
+  if (_front == _bytes.size()) {
+    clear();
+  } else if (_front >= kBlockSize && _front > size()) {
+    const std::size_t blocks = _front / kBlockSize * kBlockSize;
+    _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(blocks));
+    _front -= blocks;
+  }
+}
+
+}  // namespace rubrica::formula

@@ -1,0 +1,29 @@
+// Character classes of formula text, the same in every locale. Used within the formula engine.
+#pragma once
+
+namespace rubrica::formula {
+
+constexpr bool isDigit(char16_t c) {
+  return c >= u'0' && c <= u'9';
+}
+
+constexpr bool isAsciiLetter(char16_t c) {
+  return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
+// Letters of any script of the basic plane. Marks, digits and symbols among the scripts' blocks are taken for letters:
+// behind a letter they can only be part of a name.
+constexpr bool isLetter(char16_t c) {
+  if (c < 0x80) return isAsciiLetter(c);
+  if (c < 0x100) return c == 0xAA || c == 0xB5 || c == 0xBA || (c >= 0xC0 && c != 0xD7 && c != 0xF7);
+  return c < 0x2000 || (c >= 0x2C00 && c < 0x2E00) || (c >= 0x3041 && c < 0xD800) || (c >= 0xF900 && c < 0xFE00) ||
+         (c >= 0xFE70 && c < 0xFEFF) || (c >= 0xFF21 && c < 0xFF3B) || (c >= 0xFF41 && c < 0xFF5B) ||
+         (c >= 0xFF66 && c < 0xFFDD);
+}
+
+constexpr char16_t upperCase(char16_t c) {
+  const bool lower = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c < 0xFF && c != 0xF7);
+  return lower ? static_cast<char16_t>(c - 0x20) : c;
+}
+
+}  // namespace rubrica::formula

@@ -1,0 +1,84 @@
+#include "formula/postfix.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "engine/xlerror.h"
+#include "formula/characters.h"
+#include "formula/function_table.h"
+#include "formula/ptg.h"
+
+namespace rubrica::formula {
+namespace {
+
+// In the order of their tokens from PtgAdd on.
+constexpr std::u16string_view binaryOperators[] = {u"+", u"-",  u"*", u"/",  u"^", u"&",
+                                                   u"<", u"<=", u"=", u">=", u">", u"<>"};
+static_assert(std::size(binaryOperators) == ptg::Ne - ptg::Add + 1);
+
+// The table's names with a digit in them, which the search for the argument count would cut.
+constexpr std::u16string_view namesWithDigits[] = {u"LOG10",   u"DAYS360",  u"ATAN2",
+                                                   u"SUMXMY2", u"SUMX2MY2", u"SUMX2PY2"};
+
+std::size_t nameLength(std::u16string_view item) {
+  for (const std::u16string_view name : namesWithDigits) {
+    if (item.starts_with(name)) return name.size();
+  }
+  return static_cast<std::size_t>(std::find_if(item.begin(), item.end(), isDigit) - item.begin());
+}
+
+// The number at the front of `text`, as a stream reads it: up to the first character that is no digit.
+int leadingCount(std::u16string_view text) {
+  constexpr char message[] = "incorrect number of function parameters";
+  if (text.empty() || !isDigit(text[0])) throw xlerror(message);
+  std::int64_t count = 0;
+  for (std::size_t i = 0; i < text.size() && isDigit(text[i]); ++i) {
+    count = count * 10 + (text[i] - u'0');
+    if (count > std::numeric_limits<int>::max()) throw xlerror(message);
+  }
+  return static_cast<int>(count);
+}
+
+}  // namespace
+
+bool PostfixItems::next(std::u16string_view& item) {
+  while (!_rest.empty() && _rest[0] == u' ') _rest.remove_prefix(1);
+  if (_rest.empty()) return false;
+  bool inText = false, inName = false;
+  std::size_t length = 0;
+  for (; length < _rest.size(); ++length) {
+    const char16_t c = _rest[length];
+    if (c == u'"' && !inName) inText = !inText;
+    if (c == u'\'' && !inText) inName = !inName;
+    if (c == u' ' && !inText && !inName) break;
+  }
+  item = _rest.substr(0, length);
+  _rest.remove_prefix(length);
+  return true;
+}
+
+std::optional<std::uint8_t> binaryOperatorToken(std::u16string_view text) {
+  if (text.empty() || text.size() > 2) return std::nullopt;
+  const auto found = std::find(std::begin(binaryOperators), std::end(binaryOperators), text);
+  if (found == std::end(binaryOperators)) return std::nullopt;
+  return static_cast<std::uint8_t>(ptg::Add + (found - std::begin(binaryOperators)));
+}
+
+std::u16string_view binaryOperatorText(std::uint8_t token) {
+  return binaryOperators[token - ptg::Add];
+}
+
+std::optional<FunctionItem> functionItem(std::u16string_view item) {
+  if (item.empty() || item.back() != postfix::kFunctionEnd) return std::nullopt;
+  FunctionItem function;
+  function.name = item.substr(0, nameLength(item));
+  const std::u16string_view rest = item.substr(function.name.size());
+  const auto mayStand = [](char16_t c) { return isDigit(c) || c == postfix::kFunctionEnd; };
+  if (!std::all_of(rest.begin(), rest.end(), mayStand)) return std::nullopt;
+  const FunctionRow* const row = findFunction(function.name);
+  function.number = row ? row->number : kUserDefinedFunction;
+  function.count = leadingCount(rest);
+  return function;
+}
+
+}  // namespace rubrica::formula

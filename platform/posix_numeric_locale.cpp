@@ -1,0 +1,37 @@
+#include <clocale>
+#include <locale.h>
+
+#include "platform/numeric_locale.h"
+
+namespace rubrica::platform {
+
+NumericLocaleGuard::NumericLocaleGuard() : _previous(nullptr), _own(nullptr) {
+  // The copy keeps every other category as the thread has it; newlocale takes the copy over.
+  const locale_t base = duplocale(uselocale(nullptr));
+  if (base == nullptr) return;
+  const locale_t own = newlocale(LC_NUMERIC_MASK, "C", base);
+  if (own == nullptr) {
+    freelocale(base);
+    return;
+  }
+  _own = own;
+  _previous = uselocale(own);
+}
+
+NumericLocaleGuard::~NumericLocaleGuard() {
+  if (_own == nullptr) return;
+  uselocale(static_cast<locale_t>(_previous));
+  freelocale(static_cast<locale_t>(_own));
+}
+
+std::string currentCharacterLocale() {
+  const char* name = std::setlocale(LC_CTYPE, nullptr);
+  return name == nullptr ? std::string() : std::string(name);
+}
+
+std::string setCharacterLocale(const char* name) {
+  const char* result = std::setlocale(LC_CTYPE, name);
+  return result == nullptr ? std::string() : std::string(result);
+}
+
+}  // namespace rubrica::platform
