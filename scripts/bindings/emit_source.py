@@ -40,7 +40,7 @@ def simple_type_lines(t) -> list:
         lines.append("static constexpr lmx::facets k%s_facets = {%s};" % (t.name, facet_fields(t)))
         fields.append(".limits = &k%s_facets" % t.name)
     if t.enumeration:
-        tokens = ", ".join(cpp_string(token) for token in t.enumeration)
+        tokens = ", ".join(cpp_string(token) for token in token_texts(t))
         lines.append("static constexpr const char* k%s_tokens[] = {%s, nullptr};" % (t.name, tokens))
         fields.append(".enumeration = k%s_tokens" % t.name)
     if t.pattern is not None:
@@ -51,6 +51,13 @@ def simple_type_lines(t) -> list:
         lines.append("static const lmx::simple_type* const k%s_members[] = {%s, nullptr};" % (t.name, members))
         fields.append(".members = k%s_members" % t.name)
     return lines + ["const lmx::simple_type %s = {%s};" % (t.name, ", ".join(fields))]
+
+
+def token_texts(t) -> list:
+    """Numbers of an enumeration are the same number however written, and are written in their shortest form."""
+    if BUILT_IN[t.base][0] == "text":
+        return t.enumeration
+    return list(dict.fromkeys(t.enumeration + [str(int(token)) for token in t.enumeration]))
 
 
 def facet_fields(t) -> str:

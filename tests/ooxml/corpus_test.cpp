@@ -24,6 +24,7 @@
 #include "source/ooxml/styles.h"
 #include "source/ooxml/table.h"
 #include "source/ooxml/workbook.h"
+#include "tests/ooxml/round_doubles.h"
 
 namespace rubrica {
 
@@ -100,20 +101,31 @@ std::string contentType(const contentypes::c_Types& types, const std::string& na
 struct outcome {
   int read = 0;
   int refused = 0;
-  std::map<std::string, std::vector<std::string>> reasons;  // the reason to the parts
+  std::map<std::string, std::vector<std::string>> causes;  // to the parts
 };
 
-// What unmarshal alone does not understand: it has to be resolved before.
+// Markup for readers of several generations, which a layer before the bindings resolves.
 bool hasMarkupCompatibility(const std::string& bytes) {
-  return bytes.find("http://schemas.openxmlformats.org/markup-compatibility/2006") != std::string::npos &&
-         (bytes.find("AlternateContent") != std::string::npos || bytes.find("Ignorable") != std::string::npos);
+  return bytes.find("AlternateContent") != std::string::npos || bytes.find(":Ignorable") != std::string::npos;
 }
 
-std::string reasonOf(const lmx::c_error_record& record, const std::string& bytes) {
-  std::string reason = std::to_string(record.code) + " " + record.item_name;
-  if (hasMarkupCompatibility(bytes) && bytes.find("AlternateContent") != std::string::npos)
-    reason += " (AlternateContent)";
-  return reason;
+// Why a binding has to refuse the part; "unexpected" for anything else.
+std::string causeOf(const lmx::c_error_record& record, const std::string& bytes) {
+  switch (record.code) {
+    case lmx::ELMX_ELEMENT_NOT_FOUND:
+      return "the namespace is of no flavour that is bound";
+    case lmx::ELMX_LENGTH_TOO_SHORT:
+      return "a colour of fewer than four bytes";
+    case lmx::ELMX_BAD_END_OF_ELEMENT:
+      if (record.item_name == "border") return "a strict border with left instead of start";
+      [[fallthrough]];
+    case lmx::ELMX_MANDATORY_ELEMENT_MISSING:
+    case lmx::ELMX_BAD_CHOICE:
+      if (hasMarkupCompatibility(bytes)) return "markup compatibility that is not resolved";
+      [[fallthrough]];
+    default:
+      return "unexpected: " + std::to_string(record.code) + " " + record.item_name;
+  }
 }
 
 void tryPart(const part& piece, const roots& candidates, const std::string& label, outcome& result) {
@@ -129,13 +141,14 @@ void tryPart(const part& piece, const roots& candidates, const std::string& labe
       ASSERT_EQ(lmx::unmarshal_root(*again.get(), *root, text.data(), text.size(), &record), lmx::ELMX_OK)
           << label << "\n"
           << record.message();
+      ooxml_tests::roundDoubles(*tree.get());
       EXPECT_TRUE(lmx::equal(*tree.get(), *again.get())) << label;
       return;
     }
     if (record.code != lmx::ELMX_ELEMENT_NOT_FOUND) break;
   }
   ++result.refused;
-  result.reasons[reasonOf(record, piece.bytes)].push_back(label);
+  result.causes[causeOf(record, piece.bytes)].push_back(label);
 }
 
 void tryPackage(const std::filesystem::path& path, outcome& result) {
@@ -147,6 +160,7 @@ void tryPackage(const std::filesystem::path& path, outcome& result) {
   contentypes::c_Types types;
   if (types.unmarshal(list->bytes.data(), list->bytes.size()) != lmx::ELMX_OK) return;
   for (const part& piece : parts) {
+    if (&piece == &*list) continue;  // some writers give the main type to every part without an override
     const std::string type = contentType(types, piece.name);
     for (const auto& [ending, candidates] : rootsByContentType()) {
       if (type.ends_with(ending)) tryPart(piece, candidates, file + piece.name, result);
@@ -156,8 +170,8 @@ void tryPackage(const std::filesystem::path& path, outcome& result) {
 
 void print(const outcome& result) {
   std::cout << result.read << " parts read, written and read again; " << result.refused << " refused\n";
-  for (const auto& [reason, labels] : result.reasons) {
-    std::cout << labels.size() << "\t" << reason << "\t" << labels.front() << "\n";
+  for (const auto& [cause, labels] : result.causes) {
+    std::cout << labels.size() << "\t" << cause << ", first " << labels.front() << "\n";
   }
 }
 
@@ -173,6 +187,9 @@ TEST(SampleWorkbooks, EveryBoundPartComesBackOrIsRefusedForACause) {
   for (const auto& path : files) tryPackage(path, result);
   print(result);
   EXPECT_GT(result.read, 0);
+  for (const auto& [cause, labels] : result.causes) {
+    EXPECT_FALSE(cause.starts_with("unexpected")) << cause << ": " << labels.front();
+  }
 }
 
 }  // namespace rubrica

@@ -4,8 +4,10 @@
 #include <cstring>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "lmx/driver.h"
 #include "source/ooxml/packed_cell.h"
 
 namespace rubrica::ooxml_tests {
@@ -21,6 +23,8 @@ std::string sampleText(const lmx::simple_type& type) {
   if (type.members) return sampleText(*type.members[0]);
   if (type.enumeration) return type.enumeration[0];
   const std::string name = type.name;
+  if (name == "xsd:anyURI") return "urn:sample";
+  if (name == "ST_ContentType") return "application/xml";
   if (type.pattern && name.find("Guid") != std::string::npos) return "{01234567-89AB-CDEF-0123-456789ABCDEF}";
   if (type.pattern && name.find("Measure") != std::string::npos) return "12.5mm";
   if (type.pattern) return "xml";
@@ -113,6 +117,7 @@ class sampler {
       if (all || (row.flags & lmx::kRequired))
         setValue(*row.type, row.flags & lmx::kList, base + row.offset, present, row.bit);
     }
+    makeIdsUnique(type, base);
     if (type.body) setValue(*type.body->type, false, base + type.body->offset, present, type.body->bit);
     fillRows(std::span(type.particles, type.particle_count), base, present, all, depth);
   }
@@ -129,11 +134,22 @@ class sampler {
     cell.set_ph(true);
   }
 
+  void makeIdsUnique(const lmx::class_descriptor& type, std::byte* base) {
+    for (std::uint16_t i = 0; i < type.attribute_count; ++i) {
+      const lmx::attribute& row = type.attributes[i];
+      if (std::string_view(row.type->name) != "xsd:ID") continue;
+      *reinterpret_cast<std::string*>(base + row.offset) = "id" + std::to_string(++_ids);
+    }
+  }
+
   static void setValue(const lmx::simple_type& type, bool list, std::byte* at, std::uint32_t* present, unsigned bit) {
     withType(type.kind, [&](auto zero) {
       using T = decltype(zero);
       if (list) {
         addValues(type, 2, at);
+        if constexpr (std::is_same_v<T, std::string>) {
+          *reinterpret_cast<std::vector<T>*>(at) = {"A1", "B2:C3"};  // items hold no blanks
+        }
       } else {
         *reinterpret_cast<T*>(at) = sampleValue<T>(type);
       }
@@ -186,8 +202,9 @@ class sampler {
         return addValues(*row.type, count, at);
       case particle_kind::any:
         return addAny(*reinterpret_cast<std::vector<lmx::any_item>*>(at), count);
-      case particle_kind::child:
       case particle_kind::group:
+        return setGroup(*row.target, *reinterpret_cast<lmx::owned*>(at), depth);
+      case particle_kind::child:
         return reinterpret_cast<lmx::owned*>(at)->reset(make(*row.target, depth + 1));
       default:
         break;
@@ -196,10 +213,18 @@ class sampler {
     for (std::size_t i = 0; i < count; ++i) children.emplace_back(make(*row.target, depth + 1));
   }
 
+  // An empty group leaves no trace in a document, so none is made.
+  void setGroup(const lmx::class_descriptor& type, lmx::owned& slot, int depth) {
+    slot.reset(make(type, depth + 1));
+    const lmx::owned bare(type.create());
+    if (lmx::equal(*slot.get(), *bare.get())) slot.reset();
+  }
+
   static void addAny(std::vector<lmx::any_item>& items, std::size_t count) {
     lmx::any_item item;
     item.namespace_uri = "urn:sample";
     item.name = "x:sample";
+    item.attributes = {{"a", "1"}};
     item.text = "<x:sample xmlns:x=\"urn:sample\" a=\"1\">text<x:inner/></x:sample>";
     items.assign(count, item);
   }
@@ -212,6 +237,7 @@ class sampler {
 
   fullness _how;
   unsigned _branch;
+  unsigned _ids = 0;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -39,9 +40,13 @@ constexpr schema_of_module kSchemas[] = {
     {"strictdrawing", "strict/dml-spreadsheetDrawing.xsd"},
 };
 
-fs::path schemas() { return fs::path(RUBRICA_SHARED) / "schemas"; }
+fs::path schemas() {
+  return fs::path(RUBRICA_SHARED) / "schemas";
+}
 
-bool canValidate() { return fs::is_directory(schemas()) && std::system("xmllint --version >/dev/null 2>&1") == 0; }
+bool canValidate() {
+  return fs::is_directory(schemas()) && std::system("xmllint --version >/dev/null 2>&1") == 0;
+}
 
 // The first-edition schemas lack the attribute that everyone writes on text with blanks at its ends.
 std::string withoutSpaceAttribute(std::string text) {
@@ -73,6 +78,10 @@ const ooxml_tests::module_entry& moduleNamed(const std::string& name) {
     if (name == module.name) return module;
   }
   throw std::out_of_range(name);
+}
+
+void PrintTo(const schema_of_module& schema, std::ostream* out) {
+  *out << schema.module;
 }
 
 class ValidityOf : public testing::TestWithParam<schema_of_module> {};
