@@ -37,6 +37,7 @@ std::string sampleText(const lmx::simple_type& type) {
 }
 
 std::int64_t sampleNumber(const lmx::simple_type& type) {
+  if (type.enumeration) return std::stoll(type.enumeration[0]);
   return type.limits && type.limits->has_max ? type.limits->max : 7;
 }
 
