@@ -211,6 +211,7 @@ enum class particle_kind : std::uint8_t {
   children,  // complex element, repeated: std::vector<owned>
   group,     // a class without an element of its own (a named group or a repeated compositor), at most once: owned
   groups,    // the same, repeated: std::vector<owned>
+  block,     // the same as children, of a class laid out by hand that stands in a std::vector by value: see block_hooks
   any,       // xs:any: std::vector<any_item>
   sequence,  // the next `span` rows are its content; occurs at most once
   choice,    // the next `span` rows are its branches (a branch may be a sequence with rows of its own)
@@ -266,6 +267,14 @@ struct class_hooks {
   elmx_error (*check)(const object& self, std::string& item_name) = nullptr;
 };
 
+// How the driver reaches the objects of a class that are not owned one by one but stand in a std::vector of the class.
+struct block_hooks {
+  std::size_t (*size)(const void* vector) = nullptr;
+  const object& (*at)(const void* vector, std::size_t index) = nullptr;
+  object& (*append)(void* vector) = nullptr;
+  void (*finish)(void* vector) = nullptr;  // all are read: what was reserved may be given back
+};
+
 enum class_flags : std::uint8_t {
   kAnonymous = 1,      // no element of its own: a named group, or a compositor that repeats
   kMixed = 2,          // text between the elements is passed over instead of ending the sequence
@@ -283,6 +292,7 @@ struct class_descriptor {
   const particle* particles = nullptr;
   const simple_body* body = nullptr;  // simple content; then there are no particles
   const class_hooks* hooks = nullptr;
+  const block_hooks* block = nullptr;  // for particles of kind block whose target this is
   std::uint16_t attribute_count = 0;
   std::uint16_t particle_count = 0;  // all rows
   std::uint32_t present_offset = 0;  // of the std::uint32_t words of presence bits, in `fields`

@@ -19,6 +19,15 @@ bool equal_member(const simple_type& type, bool list, const void* left, const vo
   return list ? equal_lists(type.kind, left, right) : equal_values(type.kind, left, right);
 }
 
+bool equal_blocks(const block_hooks& block, const void* left, const void* right) {
+  const std::size_t count = block.size(left);
+  if (count != block.size(right)) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!equal(block.at(left, i), block.at(right, i))) return false;
+  }
+  return true;
+}
+
 bool equal_row(const class_descriptor& type, const particle& row, const void* left, const void* right) {
   const void* a = &member<char>(left, row.offset);
   const void* b = &member<char>(right, row.offset);
@@ -37,6 +46,8 @@ bool equal_row(const class_descriptor& type, const particle& row, const void* le
       const auto& y = *static_cast<const std::vector<owned>*>(b);
       return std::equal(x.begin(), x.end(), y.begin(), y.end(), equal_owned);
     }
+    case particle_kind::block:
+      return equal_blocks(*row.target->block, a, b);
     case particle_kind::any:
       return *static_cast<const std::vector<any_item>*>(a) == *static_cast<const std::vector<any_item>*>(b);
     case particle_kind::sequence:
@@ -101,6 +112,15 @@ class checker {
     return lmx::check(*fresh, _item_name);
   }
 
+  elmx_error check_block(const particle& row) {
+    const block_hooks& block = *row.target->block;
+    const void* objects = address(row.offset);
+    const std::size_t count = block.size(objects);
+    elmx_error code = check_count(row, count);
+    for (std::size_t i = 0; i < count && code == ELMX_OK; ++i) code = lmx::check(block.at(objects, i), _item_name);
+    return code;
+  }
+
   elmx_error check_choice(const particle& row) {
     const particle* chosen = nullptr;
     for (const particle* branch = &row + 1; branch != next_row(&row); branch = next_row(branch)) {
@@ -135,6 +155,8 @@ class checker {
         for (std::size_t i = 0; i < children.size() && code == ELMX_OK; ++i) code = check_child(row, children[i]);
         return code;
       }
+      case particle_kind::block:
+        return check_block(row);
       case particle_kind::any:
         return check_count(row, member<std::vector<any_item>>(_fields, row.offset).size());
       case particle_kind::choice:

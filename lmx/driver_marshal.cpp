@@ -20,6 +20,8 @@ bool has_content(const class_descriptor& type, const void* fields, const particl
     case particle_kind::children:
     case particle_kind::groups:
       return !member<std::vector<owned>>(fields, row.offset).empty();
+    case particle_kind::block:
+      return row.target->block->size(&member<char>(fields, row.offset)) > 0;
     case particle_kind::any:
       return !member<std::vector<any_item>>(fields, row.offset).empty();
     case particle_kind::sequence:
@@ -119,6 +121,7 @@ class c_marshal_helper {
   elmx_error write_value(const particle& row);
   elmx_error write_child(const particle& row, const owned& child);
   elmx_error write_list(const particle& row);
+  elmx_error write_block(const particle& row);
   elmx_error write_choice(const particle& row);
 
   elmx_error outside_bounds(const particle& row) {
@@ -178,6 +181,17 @@ elmx_error c_marshal_helper::write_list(const particle& row) {
   return ELMX_OK;
 }
 
+elmx_error c_marshal_helper::write_block(const particle& row) {
+  const block_hooks& block = *row.target->block;
+  const void* objects = address(row.offset);
+  const std::size_t count = block.size(objects);
+  elmx_error code = check_count(row, count);
+  for (std::size_t i = 0; i < count && code == ELMX_OK; ++i) {
+    code = lmx::marshal(block.at(objects, i), _writer, row.name);
+  }
+  return code;
+}
+
 elmx_error c_marshal_helper::write_choice(const particle& row) {
   const particle* chosen = nullptr;
   bool emptiable = row.min_occurs == 0;
@@ -203,6 +217,8 @@ elmx_error c_marshal_helper::write_row(const particle& row) {
     case particle_kind::groups:
     case particle_kind::any:
       return write_list(row);
+    case particle_kind::block:
+      return write_block(row);
     case particle_kind::choice:
       return write_choice(row);
     case particle_kind::sequence:

@@ -84,6 +84,7 @@ class c_unmarshal_helper {
   elmx_error read_values(const particle& row);
   elmx_error read_child(const particle& row);
   elmx_error read_children(const particle& row);
+  elmx_error read_block(const particle& row);
   elmx_error read_group(const particle& row);
   elmx_error read_groups(const particle& row);
   elmx_error read_any(const particle& row);
@@ -313,6 +314,8 @@ elmx_error c_unmarshal_helper::read_row(const particle& row) {
       return read_child(row);
     case particle_kind::children:
       return read_children(row);
+    case particle_kind::block:
+      return read_block(row);
     case particle_kind::group:
       return read_group(row);
     case particle_kind::groups:
@@ -396,6 +399,22 @@ elmx_error c_unmarshal_helper::read_children(const particle& row) {
     if (code == ELMX_OK) code = read_new(row, children.emplace_back());
     if (code != ELMX_OK) return code;
   }
+  return count < row.min_occurs ? missing(row) : ELMX_OK;
+}
+
+elmx_error c_unmarshal_helper::read_block(const particle& row) {
+  const block_hooks& block = *row.target->block;
+  void* objects = &at<char>(row.offset);
+  std::uint32_t count = 0;
+  for (; starts(row); ++count) {
+    elmx_error code = count == row.max_occurs ? too_many(row) : ELMX_OK;
+    if (code != ELMX_OK) return code;
+    _reader.set_program_line(row.line);
+    code = lmx::unmarshal(block.append(objects), _reader, row.name);
+    if (code == ELMX_OK) code = advance();
+    if (code != ELMX_OK) return code;
+  }
+  block.finish(objects);
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }
 
