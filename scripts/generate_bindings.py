@@ -36,6 +36,12 @@ def read_module(descriptions):
     return module
 
 
+def held_by_value(own, plans, sources):
+    """The description files of the classes that these plans hold by value."""
+    files = {p.packed.name: sources[p.described] for p in plans if p.packed}
+    return {files[m.cpp] for p in own for m in p.members if m.kind == "block"}
+
+
 def generate(output, descriptions, plain, folder):
     module = read_module(descriptions)
     module.name, module.folder = plain or module.name, folder
@@ -48,7 +54,9 @@ def generate(output, descriptions, plain, folder):
         own = [p for p in plans if module.sources[p.described] == stem]
         used = set().union(*(p.used_classes for p in own)) & declared
         used.update(name for p in own if p.packed for name in p.packed.arguments)
-        write(os.path.join(target, stem + ".h"), emit_header.class_header(module, stem, own, used))
+        complete = held_by_value(own, plans, module.sources) - {stem}
+        write(os.path.join(target, stem + ".h"),
+              emit_header.class_header(module, stem, own, used, sorted(complete)))
         write(os.path.join(target, stem + ".cpp"), emit_source.class_source(module, stem, own))
     stem = stems[0]
     write(os.path.join(target, module.name + "_types.h"), emit_header.types_header(module, stem))

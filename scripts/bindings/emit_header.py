@@ -3,13 +3,15 @@
 NOTICE = "// Generated from %s by scripts/generate_bindings.py; change that description instead.\n#pragma once\n\n"
 
 
-def class_header(module, stem, plans, elsewhere) -> str:
-    """The classes of one description file. `elsewhere` names the classes that only need to be declared."""
+def class_header(module, stem, plans, elsewhere, complete) -> str:
+    """The classes of one description file. `elsewhere` names the classes that only need to be declared, `complete` the
+    other files whose classes this one holds by value."""
     lines = [NOTICE % (stem + ".desc"), "#include <cstddef>", "#include <cstdint>", "#include <string>",
              "#include <string_view>", "#include <utility>", "#include <vector>", "",
              '#include "lmx/descriptor.h"']
     if any(p.packed for p in plans):
         lines.append('#include "source/ooxml/packed_cell.h"')
+    lines += ['#include "%s/%s.h"' % (module.folder, other) for other in complete]
     lines += ["", "namespace rubrica::%s {" % module.name, ""]
     lines += ["class %s;" % name for name in sorted(elsewhere | {p.name for p in plans})]
     for plan in plans:
@@ -53,7 +55,7 @@ def field_type(member) -> str:
         return "lmx::owned"
     if member.kind in ("children", "groups"):
         return "std::vector<lmx::owned>"
-    if member.kind in ("list", "values", "any"):
+    if member.kind in ("list", "values", "any", "block"):
         return "std::vector<%s>" % element_type(member)
     return member.cpp
 
@@ -75,8 +77,8 @@ def fields_lines(plan) -> list:
 
 
 def accessor_lines(m) -> list:
-    table = {"child": child, "group": child, "children": children, "groups": children, "values": values,
-             "any": values}
+    table = {"child": child, "group": child, "children": children, "groups": children, "block": block,
+             "values": values, "any": values}
     return table.get(m.kind, single)(m)
 
 
@@ -109,6 +111,19 @@ def children(m) -> list:
             "  %s& append_%s();" % (t, n),
             "  %s& insert_%s(std::size_t index);" % (t, n),
             "  void erase_%s(std::size_t index);" % n,
+            "  void clear_%s() { %s.clear(); }" % (n, f)]
+
+
+def block(m) -> list:
+    """Objects that stand in the vector themselves: a reference to one is good until the vector changes."""
+    n, f, t = m.accessor, "_f." + m.field, m.cpp
+    at = f + ".begin() + static_cast<std::ptrdiff_t>(index)"
+    return ["  std::size_t size_%s() const { return %s.size(); }" % (n, f),
+            "  %s& get_%s(std::size_t index) { return %s[index]; }" % (t, n, f),
+            "  const %s& get_%s(std::size_t index) const { return %s[index]; }" % (t, n, f),
+            "  %s& append_%s() { return %s.emplace_back(); }" % (t, n, f),
+            "  %s& insert_%s(std::size_t index) { return *%s.emplace(%s); }" % (t, n, f, at),
+            "  void erase_%s(std::size_t index) { %s.erase(%s); }" % (n, f, at),
             "  void clear_%s() { %s.clear(); }" % (n, f)]
 
 

@@ -104,12 +104,14 @@ def packed_functions(plan) -> list:
     q = plan.packed.name
     return ["", "namespace {",
             "constexpr lmx::class_hooks k%s_hooks = ooxml::cellHooks<%s, %s>();" % (q, q, plan.qualified),
+            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s>();" % (q, q),
             "}  // namespace", "",
             "const lmx::class_descriptor %s::kDescriptor = {" % q,
             "    .name = %s," % cpp_string(plan.described),
             "    .create = []() -> lmx::object* { return new %s; }," % q,
             "    .module = &kModule,",
             "    .hooks = &k%s_hooks," % q,
+            "    .block = &k%s_block," % q,
             "    .line = %d};" % plan.line, "",
             "const lmx::class_descriptor& %s::descriptor() const { return kDescriptor; }" % q] + forwarding(q)
 
@@ -122,7 +124,7 @@ def forwarding(q) -> list:
 
 
 def is_element(row) -> bool:
-    return row.kind in ("value", "values", "child", "children")
+    return row.kind in ("value", "values", "child", "children", "block")
 
 
 def names_table(key, names, ids, unprefixed) -> list:

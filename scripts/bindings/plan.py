@@ -240,7 +240,9 @@ class Planner:
         elif p.kind == "group":
             member = self.complex_member(p.name, "group" + many, p, self.class_name(p.name))
         elif p.type in self.module.classes:
-            member = self.complex_member(p.name, "children" if many else "child", p, self.class_name(p.type))
+            one_by_one = "children" if many else "child"
+            kind = "block" if many and p.type in self.packed else one_by_one
+            member = self.complex_member(p.name, kind, p, self.class_name(p.type))
         else:
             member = self.value(plan, p.name, "value" + many, p.type, None, p.line)
             member.occurs = p.occurs

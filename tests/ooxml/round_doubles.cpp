@@ -49,6 +49,11 @@ void roundParticle(const lmx::particle& row, std::byte* at) {
     case particle_kind::groups:
       for (lmx::owned& child : *reinterpret_cast<std::vector<lmx::owned>*>(at)) roundIn(child);
       return;
+    case particle_kind::block:
+      for (std::size_t i = 0; i < row.target->block->size(at); ++i) {
+        roundDoubles(const_cast<lmx::object&>(row.target->block->at(at, i)));
+      }
+      return;
     default:
       return;
   }

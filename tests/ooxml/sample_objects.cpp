@@ -207,6 +207,9 @@ class sampler {
         return setGroup(*row.target, *reinterpret_cast<lmx::owned*>(at), depth);
       case particle_kind::child:
         return reinterpret_cast<lmx::owned*>(at)->reset(make(*row.target, depth + 1));
+      case particle_kind::block:
+        for (std::size_t i = 0; i < count; ++i) fill(row.target->block->append(at), depth + 1);
+        return;
       default:
         break;
     }
