@@ -3,8 +3,10 @@
 include_guard(GLOBAL)
 find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
 
-file(GLOB RUBRICA_GENERATOR CONFIGURE_DEPENDS
+set(RUBRICA_GENERATED_DIR "${PROJECT_BINARY_DIR}/generated" CACHE INTERNAL "Generated sources, as an include path")
+file(GLOB generator CONFIGURE_DEPENDS
   "${PROJECT_SOURCE_DIR}/scripts/generate_bindings.py" "${PROJECT_SOURCE_DIR}/scripts/bindings/*.py")
+set(RUBRICA_GENERATOR ${generator} CACHE INTERNAL "What the generated sources depend on beside their descriptions")
 
 # rubrica_bindings(OUT_VARIABLE NAMESPACE STEM... [PLAIN] [FOLDER folder])
 # Adds the generated sources of one module to OUT_VARIABLE. PLAIN makes it with no class laid out by hand, under the
@@ -35,5 +37,3 @@ function(rubrica_bindings out namespace)
     COMMENT "Binding classes of ${namespace}" VERBATIM)
   set(${out} ${${out}} ${sources} ${headers} PARENT_SCOPE)
 endfunction()
-
-set(RUBRICA_GENERATED_DIR "${PROJECT_BINARY_DIR}/generated")
