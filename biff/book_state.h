@@ -11,8 +11,13 @@
 #include "biff/records/record_ids.h"
 #include "biff/unicode_string.h"
 #include "engine/text_converter.h"
+#include "engine/xlerror.h"
 
 namespace rubrica {
+
+// Messages of operations that the .xls form, or this engine, doesn't have.
+inline constexpr char kNotSupported[] = "not supported";
+inline constexpr char kNotForXls[] = "function is not supported for xls files";
 
 struct BookState {
   // The book's last message: "ok", a warning, or what went wrong.

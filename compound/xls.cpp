@@ -76,11 +76,13 @@ void Xls::captureOtherStreams() {
 
     StreamCursor stream;
     stream.open(_tables.file, isRoot ? runsOfMiniStream(_tables) : runsOfStream(_tables, entry));
-    const std::uint64_t size = std::min(entry.streamSize, stream.left());
-    if (size == 0 || size > allowed) continue;
+    const std::uint64_t present = std::min(entry.streamSize, stream.left());
+    // One that is cut short is filled up, since below the cutoff it would be looked for in the mini stream.
+    const std::uint64_t size = isRoot ? present : std::max<std::uint64_t>(present, kMiniStreamCutoff);
+    if (present == 0 || size > allowed) continue;
     allowed -= size;
     std::vector<std::byte> bytes(static_cast<std::size_t>(size));
-    stream.read(bytes.data(), bytes.size());
+    stream.read(bytes.data(), static_cast<std::size_t>(present));
     _streams[{entry.nameText(), i}] = std::move(bytes);
   }
 }

@@ -33,7 +33,7 @@ class Xls {
   Xls(const Xls&) = delete;
   Xls& operator=(const Xls&) = delete;
 
-  // ---- Reading -----------------------------------------------------------------------------------------------------
+  // ---- Reading
   // Parses header, DIFAT, FAT, mini FAT and directory and places the cursor at the first byte of the main stream
   // ("Workbook", else "Book", else "EncryptionInfo", ignoring case). `file` is borrowed until reading is over.
   void read(std::span<const std::byte> file);
@@ -88,7 +88,7 @@ class Xls {
   const CarriedStreams& otherStreams() const { return _streams; }
   const std::vector<DirEntry>& directory() const { return _tables.dir; }
 
-  // ---- Writing -----------------------------------------------------------------------------------------------------
+  // ---- Writing
   // Back to the empty state. With newDirectory a directory of "Root Entry" and "Workbook" and no carried streams (for
   // a load); without it the directory and the carried streams stay (for a save).
   void reset(bool newDirectory);

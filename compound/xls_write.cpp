@@ -112,9 +112,10 @@ std::uint32_t Xls::writeMiniFat() {
 }
 
 // A stream whose bytes are not in the new file is left as an empty one. Those of the mini stream are there where the
-// root's bytes and the mini FAT are.
+// root's bytes and the mini FAT are; a mini FAT without the root's bytes leads nowhere.
 void Xls::emptyLostEntries() {
-  const bool hasMiniStream = !_tables.miniFat.empty() && _streams.contains({_tables.dir[0].nameText(), 0});
+  if (!_streams.contains({_tables.dir[0].nameText(), 0})) _tables.miniFat.clear();
+  const bool hasMiniStream = !_tables.miniFat.empty();
   for (std::size_t i = 0; i < _tables.dir.size(); ++i) {
     DirEntry& entry = _tables.dir[i];
     const auto type = static_cast<EntryType>(entry.objectType);

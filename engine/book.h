@@ -29,7 +29,8 @@ template <class C>
 class IBookT {
  public:
   // ---- Loading and saving. All indices and rows are 0-based.
-  // --------------------------------------------------------- Replaces the content of the book by a file. `tempFile`
+
+  // Replaces the content of the book by a file. `tempFile`
   // names a scratch file for large packages; may be null.
   virtual bool load(const C* filename, const C* tempFile = nullptr) = 0;
   // As load, but keeps only the sheet at `sheetIndex`; "sheetIndex is out of range" where there is none.
@@ -51,10 +52,10 @@ class IBookT {
   virtual bool saveRaw(const void** data, std::size_t* size) = 0;
 
   // ---- Sheets
-  // -------------------------------------------------------------------------------------------------------- A new last
-  // sheet, empty or a copy of `initSheet` (of this book or another of the same form). Names are 1 to 31 characters; a
-  // longer one is cut with "warning: sheet's name is cut to 31 characters". Null on failure: "book already contains
-  // such sheet name", "sheet name has an invalid character" and the like.
+
+  // A new last sheet, empty or a copy of `initSheet` (of this book or another of the same form). Names are 1 to 31
+  // characters; a longer one is cut with "warning: sheet's name is cut to 31 characters". Null on failure: "book
+  // already contains such sheet name", "sheet name has an invalid character" and the like.
   virtual ISheetT<C>* addSheet(const C* name, ISheetT<C>* initSheet = nullptr) = 0;
   virtual ISheetT<C>* insertSheet(int index, const C* name, ISheetT<C>* initSheet = nullptr) = 0;
   virtual ISheetT<C>* getSheet(int index) = 0;
@@ -67,8 +68,8 @@ class IBookT {
   virtual int sheetCount() = 0;
 
   // ---- Styles
-  // -------------------------------------------------------------------------------------------------------- A new
-  // entry of the format or font table, plain or a copy of one of this or another book, of either file form.
+
+  // A new entry of the format or font table, plain or a copy of one of this or another book, of either file form.
   virtual IFormatT<C>* addFormat(IFormatT<C>* initFormat = nullptr) = 0;
   virtual IFontT<C>* addFont(IFontT<C>* initFont = nullptr) = 0;
   // The id of a custom number format such as "0.00 [$EUR]"; the same text gives the same id. 0 with "maximum number of
@@ -82,9 +83,9 @@ class IBookT {
   virtual int fontSize() = 0;
 
   // ---- Values
-  // -------------------------------------------------------------------------------------------------------- The serial
-  // number of a date and time under the book's date system. Year, month and day all below 1 give a time alone, a
-  // fraction of a day.
+
+  // The serial number of a date and time under the book's date system. Year, month and day all below 1 give a time
+  // alone, a fraction of a day.
   virtual double datePack(int year, int month, int day, int hour = 0, int min = 0, int sec = 0, int msec = 0) = 0;
   // The parts of a serial number; every out argument may be null. False below -657435 or from 2958466 on.
   virtual bool dateUnpack(double value, int* year, int* month, int* day, int* hour = nullptr, int* min = nullptr,
@@ -98,7 +99,6 @@ class IBookT {
   virtual void setActiveSheet(int index) = 0;
 
   // ---- Pictures
-  // ------------------------------------------------------------------------------------------------------
   virtual int pictureSize() = 0;
   // The bytes of a picture, owned by the book; PictureType::notFound on failure.
   virtual PictureType getPicture(int index, const void** data, std::size_t* size) = 0;
@@ -108,8 +108,8 @@ class IBookT {
   virtual int addPictureAsLink(const C* filename, bool insert = false) = 0;
 
   // ---- Settings
-  // ------------------------------------------------------------------------------------------------------ The font of
-  // the default format, by whose digits column widths are measured. `size` (points) may be null.
+
+  // The font of the default format, by whose digits column widths are measured. `size` (points) may be null.
   virtual const C* defaultFont(int* size) = 0;
   virtual void setDefaultFont(const C* name, int size) = 0;
   virtual bool refR1C1() = 0;

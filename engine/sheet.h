@@ -20,8 +20,8 @@ template <class C>
 class ISheetT {
  public:
   // ---- Cells
-  // --------------------------------------------------------------------------------------------------------- The type
-  // of a cell; of a formula cell, that of its cached value.
+
+  // The type of a cell; of a formula cell, that of its cached value.
   virtual CellType cellType(int row, int col) = 0;
   virtual bool isFormula(int row, int col) = 0;
   // The format of the cell; of an absent cell, that of its column or the default.
@@ -64,8 +64,8 @@ class ISheetT {
   virtual void writeError(int row, int col, ErrorType error, IFormatT<C>* format = nullptr) = 0;
 
   // ---- Rows and columns
-  // ---------------------------------------------------------------------------------------------- Width in characters
-  // of the default font, 0 when hidden; height in points.
+
+  // Width in characters of the default font, 0 when hidden; height in points.
   virtual double colWidth(int col) = 0;
   virtual double rowHeight(int row) = 0;
   // Width in characters; a negative width fits the column to its content. A null format keeps the columns' own.
@@ -78,7 +78,6 @@ class ISheetT {
   virtual bool setColHidden(int col, bool hidden) = 0;
 
   // ---- Merged ranges
-  // -------------------------------------------------------------------------------------------------
   virtual bool getMerge(int row, int col, int* rowFirst, int* rowLast, int* colFirst, int* colLast) = 0;
   virtual bool setMerge(int rowFirst, int rowLast, int colFirst, int colLast) = 0;
   virtual bool delMerge(int row, int col) = 0;
@@ -87,7 +86,6 @@ class ISheetT {
   virtual bool delMergeByIndex(int index) = 0;
 
   // ---- Pictures
-  // ------------------------------------------------------------------------------------------------------
   virtual int pictureSize() = 0;
   // The placement at `index`: its cells, its size and its offset from the top left cell in pixels. Answers the id of
   // the book's picture, -1 on failure.
@@ -100,7 +98,6 @@ class ISheetT {
                            int offset_y = 0, PicturePosition pos = PicturePosition::moveAndSize) = 0;
 
   // ---- Breaks, panes, outline
-  // ----------------------------------------------------------------------------------------
   virtual int getHorzPageBreak(int index) = 0;
   virtual int getHorzPageBreakSize() = 0;
   virtual int getVertPageBreak(int index) = 0;
@@ -118,8 +115,8 @@ class ISheetT {
   virtual void setGroupSummaryRight(bool right) = 0;
 
   // ---- Ranges
-  // -------------------------------------------------------------------------------------------------------- Deletes
-  // the cells of a range.
+
+  // Deletes the cells of a range.
   virtual void clear(int rowFirst = 0, int rowLast = 65535, int colFirst = 0, int colLast = 255) = 0;
   virtual bool insertCol(int colFirst, int colLast, bool updateNamedRanges = true) = 0;
   virtual bool insertRow(int rowFirst, int rowLast, bool updateNamedRanges = true) = 0;
@@ -134,7 +131,6 @@ class ISheetT {
   virtual int lastCol() = 0;
 
   // ---- View and page setup
-  // -------------------------------------------------------------------------------------------
   virtual bool displayGridlines() = 0;
   virtual void setDisplayGridlines(bool show = true) = 0;
   virtual bool printGridlines() = 0;
@@ -182,8 +178,8 @@ class ISheetT {
   virtual void clearPrintArea() = 0;
 
   // ---- Names, tables, links
-  // ------------------------------------------------------------------------------------------ scopeId: kScopeWorkbook,
-  // or the 0-based index of the sheet whose name it is; kScopeUndefined accepts any.
+
+  // scopeId: kScopeWorkbook, or the 0-based index of the sheet whose name it is; kScopeUndefined accepts any.
   static constexpr int kScopeUndefined = -2;
   static constexpr int kScopeWorkbook = -1;
   virtual bool getNamedRange(const C* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast,
@@ -207,7 +203,6 @@ class ISheetT {
   virtual void removeFilter() = 0;
 
   // ---- The sheet itself
-  // ----------------------------------------------------------------------------------------------
   virtual const C* name() = 0;
   virtual void setName(const C* name) = 0;
   virtual bool protect() = 0;
@@ -229,9 +224,9 @@ class ISheetT {
   virtual void setTabColor(Color color) = 0;
 
   // ---- Marks and validation
-  // ------------------------------------------------------------------------------------------ errorSet: the bits of
-  // the ignored-error feature (1 evaluation, 2 empty reference, 4 number as text, 8 inconsistent range, 16 inconsistent
-  // formula, 32 two-digit year, 64 unlocked, 128 list).
+
+  // errorSet: the bits of the ignored-error feature (1 evaluation, 2 empty reference, 4 number as text, 8 inconsistent
+  // range, 16 inconsistent formula, 32 two-digit year, 64 unlocked, 128 list).
   virtual bool addIgnoredError(int rowFirst, int colFirst, int rowLast, int colLast, int errorSet) = 0;
   virtual bool addDataValidation(ValidationType type, ValidationOperator op, int rowFirst, int rowLast, int colFirst,
                                  int colLast, const C* value1, const C* value2 = nullptr, bool allowBlank = true,

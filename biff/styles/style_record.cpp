@@ -5,11 +5,14 @@
 namespace rubrica {
 namespace {
 
+// The body begins with the record's id once more, as all future records do.
 RawRecord readStyleExt(Xls& xls) {
-  std::uint16_t recordId = 0, size = 0;
+  std::uint16_t recordId = 0, size = 0, rt = 0;
   xls.readInt16(recordId);
   xls.readInt16(size);
-  return RawRecord::of(recordId, xls.view(size));
+  const auto bytes = xls.view(size);
+  if (!RecordBody(bytes).take(rt) || rt != id::kStyleExt) throw xlerror("StyleExt: unexpected record");
+  return RawRecord::of(recordId, bytes);
 }
 
 }  // namespace
@@ -18,7 +21,7 @@ void Style::read(Xls& xls, std::uint16_t size, BookState& state) {
   if (size < sizeof xf || xls.readInt16(xf) != sizeof xf) throwSizeIsIncorrect(kName);
   auto left = static_cast<std::uint16_t>(size - sizeof xf);
   if (builtIn()) {
-    if (left < 2 || xls.readInt8(builtInId) + xls.readInt8(level) != 2) throwSizeIsIncorrect(kName);
+    if (left < 2 || xls.readInt8(builtInId) != 1 || xls.readInt8(level) != 1) throwSizeIsIncorrect(kName);
     left = static_cast<std::uint16_t>(left - 2);
   } else if (left > 1) {
     hasName = true;

@@ -195,10 +195,6 @@ void StyleTables::readStyle(Xls& xls, std::uint16_t size) {
   _styles.push_back(std::move(style));
 }
 
-void StyleTables::throwUnexpectedStyleExt() {
-  throw xlerror("StyleExt: unexpected record");
-}
-
 void StyleTables::readPalette(Xls& xls, std::uint16_t size) {
   _palette.read(xls, size);
   _paletteChanged = true;

@@ -73,8 +73,6 @@ class StyleTables {
   void readFormat(Xls& xls, std::uint16_t size);  // a Format record, which is a number format
   void readXf(Xls& xls, std::uint16_t size);
   void readStyle(Xls& xls, std::uint16_t size);  // takes the StyleExt behind it too
-  // A StyleExt that the load meets anywhere else.
-  [[noreturn]] static void throwUnexpectedStyleExt();
   void readPalette(Xls& xls, std::uint16_t size);
 
   // Each family in table order. The order of a file: fonts, formats, XFs, styles, palette.

@@ -90,4 +90,49 @@ T get(const Bytes& bytes, std::size_t offset) {
   return loadLittle<T>(bytes.data() + offset);
 }
 
+// Offsets of header fields.
+inline constexpr std::size_t kSectorShiftAt = 30;
+inline constexpr std::size_t kMiniSectorShiftAt = 32;
+inline constexpr std::size_t kNumFatSectorsAt = 44;
+inline constexpr std::size_t kDirectoryAt = 48;
+inline constexpr std::size_t kMiniStreamCutoffAt = 56;
+inline constexpr std::size_t kMiniFatAt = 60;
+inline constexpr std::size_t kNumMiniFatSectorsAt = 64;
+inline constexpr std::size_t kDifatAt = 68;
+inline constexpr std::size_t kNumDifatSectorsAt = 72;
+inline constexpr std::size_t kDifatEntriesAt = 76;
+// Offsets of a directory entry's fields.
+inline constexpr std::size_t kEntryTypeAt = 66;
+inline constexpr std::size_t kEntryStartAt = 116;
+inline constexpr std::size_t kEntrySizeAt = 120;
+
+inline std::size_t sectorSizeOf(const Bytes& file) {
+  return std::size_t{1} << get<std::uint16_t>(file, kSectorShiftAt);
+}
+
+// Where in the file a sector, a FAT entry of the first FAT sector, or an entry of the first directory sector stands.
+inline std::size_t sectorAt(const Bytes& file, std::uint32_t sector) {
+  return (sector + 1) * sectorSizeOf(file);
+}
+inline std::size_t fatEntryAt(const Bytes& file, std::uint32_t sector) {
+  return sectorAt(file, get<std::uint32_t>(file, kDifatEntriesAt)) + sector * sizeof(std::uint32_t);
+}
+inline std::size_t dirEntryAt(const Bytes& file, std::uint32_t entry) {
+  return sectorAt(file, get<std::uint32_t>(file, kDirectoryAt)) + entry * DirEntry::kDiskSize;
+}
+
+struct TestStream {
+  std::u16string name;
+  Bytes bytes;
+};
+
+struct TestFileForm {
+  std::uint16_t sectorShift = 9;
+  bool reversed = false;  // the sectors of large streams stand in the file from last to first
+  std::u16string rootName = u"Root Entry";
+};
+
+// A file as other programs make them: streams under 4096 bytes in the mini stream, the others in sectors.
+Bytes makeFile(const std::vector<TestStream>& streams, const TestFileForm& form = {});
+
 }  // namespace rubrica::compound_test

@@ -1,0 +1,38 @@
+// The ColInfo records of a sheet and, derived from them, the format of each column. Owned by the sheet.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "biff/records/sheet_records.h"
+
+namespace rubrica {
+
+class ColumnTable {
+ public:
+  static constexpr int kNoFormat = -1;
+
+  ColumnTable() { _formats.fill(kNoFormat); }
+  const std::vector<ColInfo>& infos() const { return _infos; }
+  // Changes are followed by refreshFormats().
+  std::vector<ColInfo>& infos() { return _infos; }
+  // The entry that holds the column; null when there is none.
+  const ColInfo* find(int col) const;
+  // The XF index of the column, kNoFormat when none of its own. Columns 0 to 256.
+  int format(int col) const { return _formats[static_cast<std::size_t>(col)]; }
+  void append(const ColInfo& info);
+  // Sorts by first column and takes the formats anew.
+  void refreshFormats();
+  void clear();
+
+ private:
+  // One more than a sheet has columns: files describe the column behind the last one too.
+  static constexpr std::size_t kFormatColumns = 257;
+  void takeFormat(const ColInfo& info);
+
+  std::vector<ColInfo> _infos;
+  std::array<std::int32_t, kFormatColumns> _formats;
+};
+
+}  // namespace rubrica

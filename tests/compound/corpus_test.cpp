@@ -1,0 +1,82 @@
+// Workbooks that other programs made, where a folder of them is at hand: each is read, captured and written again, and
+// every stream is the same afterwards. Crafted ones may be refused, but nothing worse.
+#include <cstdlib>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "platform/input_file.h"
+#include "tests/compound/compound_builder.h"
+
+namespace rubrica::compound_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The folder that RUBRICA_CORPUS names, else the one beside the source tree.
+fs::path corpus(const char* part) {
+  const char* stated = std::getenv("RUBRICA_CORPUS");
+  return (stated != nullptr ? fs::path(stated) : fs::path(RUBRICA_SOURCE_DIR) / "../shared/corpus") / part;
+}
+
+std::vector<fs::path> workbooks(const fs::path& folder) {
+  std::vector<fs::path> paths;
+  if (!fs::is_directory(folder)) return paths;
+  for (const auto& entry : fs::directory_iterator(folder)) paths.push_back(entry.path());
+  return paths;
+}
+
+Bytes mainOf(Xls& xls) {
+  Bytes main = readAll(xls);
+  for (const DirEntry& entry : xls.directory()) {
+    if (!entry.isNamed(u"Workbook") && !entry.isNamed(u"Book")) continue;
+    if (entry.streamSize < main.size()) main.resize(static_cast<std::size_t>(entry.streamSize));
+    break;
+  }
+  return main;
+}
+
+TEST(RealWorkbooks, KeepTheirStreamsThroughALoadAndASave) {
+  const auto paths = workbooks(corpus("xls"));
+  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folders xls and malformed";
+  std::size_t read = 0;
+  for (const fs::path& path : paths) {
+    const auto file = platform::readWholeFile(path.u16string());
+    ASSERT_TRUE(file) << path;
+    try {
+      Xls before;
+      before.read(*file);
+      const Bytes main = mainOf(before);
+      before.captureOtherStreams();
+      const Bytes saved = resavedFile(*file, main);
+      Xls after;
+      after.read(saved);
+      Bytes mainAfter = mainOf(after);
+      mainAfter.resize(std::min(mainAfter.size(), main.size()));
+      EXPECT_EQ(mainAfter, main) << path;
+      after.captureOtherStreams();
+      EXPECT_EQ(after.otherStreams(), before.otherStreams()) << path;
+      ++read;
+    } catch (const xlerror& error) {
+      RecordProperty(path.filename().string(), error.what());
+    }
+  }
+  EXPECT_GE(read * 100, paths.size() * 98);
+}
+
+TEST(RealWorkbooks, CraftedOnesAreReadOrRefused) {
+  const auto paths = workbooks(corpus("malformed"));
+  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folders xls and malformed";
+  for (const fs::path& path : paths) {
+    const auto file = platform::readWholeFile(path.u16string());
+    ASSERT_TRUE(file) << path;
+    try {
+      resavedFile(*file, pattern(5000));
+    } catch (const xlerror& error) {
+      EXPECT_STRNE(error.what(), "") << path;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace rubrica::compound_test

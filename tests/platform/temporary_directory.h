@@ -1,0 +1,44 @@
+// A directory of its own for one test, removed with all in it afterwards.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdlib.h>
+#include <string>
+
+namespace rubrica::platform_test {
+
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "rubrica-test-XXXXXX").string();
+    _path = mkdtemp(pattern.data());
+  }
+  ~TemporaryDirectory() {
+    std::error_code ignored;
+    std::filesystem::remove_all(_path, ignored);
+  }
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+  std::filesystem::path file(const std::string& name) const { return _path / name; }
+  std::size_t entryCount() const {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(_path), std::filesystem::directory_iterator()));
+  }
+
+ private:
+  std::filesystem::path _path;
+};
+
+inline void writeText(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string readText(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace rubrica::platform_test
