@@ -110,6 +110,7 @@ bool c_get_for_xml::read_xml_declaration() {
       if (errors().fatal_count() > 0) return false;
       problem(severity::error, ELMX_BAD_XML_DECL, "XML declaration not Well-Formed");
       if (c != '=') unget(c);
+      first = false;
       break;
     }
     if (first && name == "version" && content != "1.0" && content != "1.1") {

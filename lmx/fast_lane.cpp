@@ -181,7 +181,8 @@ bool fast_lane::next_text(std::string_view& text, bool& has_reference) {
       if (p == nullptr) return false;
     }
   }
-  if (_end - p < 2 || (p[1] != '/' && !is_name_start(byte_at(p + 1)))) return false;
+  // The layers look at the character behind '<': only a plain one leaves line and position as they are.
+  if (_end - p < 2 || (p[1] != '/' && (byte_at(p + 1) > 127 || !is_name_start(byte_at(p + 1))))) return false;
   text = {_position, static_cast<std::size_t>(p - _position)};
   _position = p;
   return true;
