@@ -22,6 +22,14 @@
 
 namespace rubrica::lmx {
 
+// Which repeated children of one class are kept: those that are not are dropped as soon as they are read, so that they
+// cost no memory. A sheet of which only some rows are wanted is read this way.
+struct child_filter {
+  const class_descriptor* type = nullptr;
+  bool (*keep)(void* context, const object& child) = nullptr;
+  void* context = nullptr;
+};
+
 class c_xml_reader : public c_xml {
  public:
   ~c_xml_reader() override;
@@ -67,6 +75,11 @@ class c_xml_reader : public c_xml {
   // answer is never 0.
   elmx_error report_end(elmx_error code, std::string_view item_name);
 
+  void set_child_filter(const child_filter& filter) { _child_filter = filter; }
+  bool keeps(const object& child) const {
+    return &child.descriptor() != _child_filter.type || _child_filter.keep(_child_filter.context, child);
+  }
+
   int line() const;
 
   // Reads everything by the character layers from here on, as tests do that compare the lanes.
@@ -109,6 +122,7 @@ class c_xml_reader : public c_xml {
   void note_prefixes_of_value(capture_state& state, std::string_view attribute, std::string_view value);
   std::string folded_declarations(const capture_state& state) const;
 
+  child_filter _child_filter;
   c_read& _source;
   c_read_memory* _memory;
   c_error _own_errors;

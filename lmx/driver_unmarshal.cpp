@@ -398,6 +398,7 @@ elmx_error c_unmarshal_helper::read_children(const particle& row) {
     elmx_error code = count == row.max_occurs ? too_many(row) : ELMX_OK;
     if (code == ELMX_OK) code = read_new(row, children.emplace_back());
     if (code != ELMX_OK) return code;
+    if (!_reader.keeps(*children.back().get())) children.pop_back();
   }
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "lmx/c_xml_reader.h"
 #include "lmx/driver.h"
 #include "plain/plain_sheet.h"
 #include "source/ooxml/sheet.h"
@@ -137,6 +138,24 @@ TEST(HandLaidCell, DropsAReferenceThatIsNoAddress) {
   const std::string document = worksheetOf(R"(<row r="1"><c r="$A$1"><v>1</v></c></row>)");
   ASSERT_EQ(root.unmarshal(document.data(), document.size()), lmx::ELMX_OK);
   EXPECT_FALSE(root.get_sheetData().get_row(0).get_c(0).isset_r());
+}
+
+TEST(Rows, AreDroppedAsTheyAreReadWhenNotWanted) {
+  const std::string document = worksheetOf(R"(<row r="1"/><row r="2"><c r="A2"/></row><row/><row r="9"/>)");
+  std::uint32_t seen = 0;
+  const lmx::child_filter second_only = {&sheet::c_CT_Row::kDescriptor,
+                                         [](void* context, const lmx::object& child) {
+                                           ++*static_cast<std::uint32_t*>(context);
+                                           return static_cast<const sheet::c_CT_Row&>(child).get_r() == 2;
+                                         },
+                                         &seen};
+  lmx::c_xml_reader_memory reader(document.data(), document.size());
+  reader.set_child_filter(second_only);
+  sheet::c_worksheet root;
+  ASSERT_EQ(root.unmarshal(reader), lmx::ELMX_OK);
+  EXPECT_EQ(seen, 4U);
+  ASSERT_EQ(root.get_sheetData().size_row(), 1U);
+  EXPECT_EQ(root.get_sheetData().get_row(0).size_c(), 1U);
 }
 
 TEST(Rows, HoldTheirCellsInOrderAndByValue) {

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,27 @@ TEST(PackedCell, KeepsEveryValueToTheByte) {
   cell.unset_v();
   EXPECT_FALSE(cell.isset_v());
   EXPECT_EQ(cell.get_v(), "");
+}
+
+// The bytes of the worked example in docs/formats/bindings.md.
+TEST(PackedCell, StandsInMemoryAsDescribed) {
+  if (sizeof(void*) != 8) GTEST_SKIP() << "the offsets are stated for 64 bits";
+  sheet::c_CT_Cell cell;
+  cell.set_r("C7");
+  cell.set_s(5);
+  cell.set_t("str");
+  cell.set_v("0.10000000000000001");
+  unsigned char bytes[40];
+  static_assert(sizeof cell == sizeof bytes);
+  std::memcpy(bytes, static_cast<const void*>(&cell), sizeof bytes);
+  const std::uint32_t word = 5U << 29U | 1U << 28U | 1U << 27U | 6U;
+  std::uint32_t stored = 0;
+  std::memcpy(&stored, bytes + 8, sizeof stored);
+  EXPECT_EQ(stored, word);
+  EXPECT_EQ(bytes[12], 5);
+  EXPECT_EQ(bytes[16], 2);
+  const unsigned char value[] = {0xA0, 0x01, 0, 0, 0, 0, 0, 0, 0, 0xF1, 0xFF, 0xFF, 0xFF};
+  EXPECT_EQ(std::memcmp(bytes + 19, value, sizeof value), 0);
 }
 
 TEST(PackedCell, MayBeSetToAPieceOfItsOwnValue) {
