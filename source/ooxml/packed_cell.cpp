@@ -143,11 +143,10 @@ bool packed_cell::set_numeric(std::string_view text) {
   std::array<char, kShort> packed;
   packed.fill(static_cast<char>(0xFF));  // every place not filled is an end
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::uint8_t code = kNumberCodes[static_cast<unsigned char>(text[i])];
+    const unsigned code = kNumberCodes[static_cast<unsigned char>(text[i])];
     if (code == kNoCode) return false;
-    auto pair = static_cast<std::uint8_t>(packed[i / 2]);
-    pair = static_cast<std::uint8_t>(i % 2 == 0 ? (pair & 0xF0U) | code : (pair & 0x0FU) | code << 4U);
-    packed[i / 2] = static_cast<char>(pair);
+    const auto pair = static_cast<unsigned char>(packed[i / 2]);
+    packed[i / 2] = static_cast<char>(i % 2 == 0 ? (pair & 0xF0U) | code : (pair & 0x0FU) | code << 4U);
   }
   unset_v();
   _text = packed;
