@@ -15,7 +15,7 @@ constexpr bool starts_document(int c) {
   return is_space(c) || c == '<';
 }
 
-bool same_name(std::string_view left, std::string_view right) {
+bool same_ignoring_case(std::string_view left, std::string_view right) {
   if (left.size() != right.size()) return false;
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
   for (std::size_t i = 0; i < left.size(); ++i) {
@@ -185,19 +185,19 @@ void c_get_as_utf8::declare_encoding(std::string_view name) {
   const bool wide = _state == encoding_state::utf16_big || _state == encoding_state::utf16_little;
   const bool narrow = _state == encoding_state::utf8;
   bool fits = false;
-  if (same_name(name, "ISO-10646-UCS-2")) {
+  if (same_ignoring_case(name, "ISO-10646-UCS-2")) {
     fits = wide;
     if (wide) {
       const bool big = _state == encoding_state::utf16_big;
       _state = big ? encoding_state::ucs2_big : encoding_state::ucs2_little;
     }
-  } else if (same_name(name, "ISO-8859-1") || same_name(name, "Windows-1252") || same_name(name, "cp-1252") ||
-             same_name(name, "US-ASCII")) {
+  } else if (same_ignoring_case(name, "ISO-8859-1") || same_ignoring_case(name, "Windows-1252") ||
+             same_ignoring_case(name, "cp-1252") || same_ignoring_case(name, "US-ASCII")) {
     fits = narrow;
     if (narrow) _state = encoding_state::eight_bit;
-  } else if (same_name(name, "UTF-8")) {
+  } else if (same_ignoring_case(name, "UTF-8")) {
     fits = narrow;
-  } else if (same_name(name, "UTF-16")) {
+  } else if (same_ignoring_case(name, "UTF-16")) {
     fits = wide;
   } else {
     fatal(ELMX_ENCODING_NOT_SUPPORTED, "Unknown character encoding specified");

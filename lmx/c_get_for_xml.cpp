@@ -46,7 +46,8 @@ void c_get_for_xml::list(const pair_buffer& buffer, std::vector<raw_attribute>& 
   out.clear();
   const std::string_view text = buffer.text;
   for (const pair_buffer::entry& entry : buffer.entries) {
-    out.push_back({text.substr(entry.name, entry.name_size), text.substr(entry.value, entry.value_size), entry.quote});
+    out.push_back(
+        {text.substr(entry.name, entry.name_size), text.substr(entry.value, entry.value_size), entry.quote, false});
   }
 }
 

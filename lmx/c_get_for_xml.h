@@ -40,6 +40,7 @@ struct raw_attribute {
   std::string_view name;
   std::string_view value;
   char quote;
+  bool plain = false;  // known to hold neither references nor white space
 };
 
 class c_get_for_xml : public c_get_with_entities {
@@ -67,6 +68,8 @@ class c_get_for_xml : public c_get_with_entities {
   std::string_view namespace_uri(int id) const;
 
   bool document_type_seen() const { return _dtd_seen; }
+  // Told by a tokeniser over the bytes, which sees start tags and text too.
+  void mark_document_started() { _document_started = true; }
   // Whether a tokeniser over the bytes may take over (see c_get_as_utf8).
   bool at_event_boundary() const { return !_in_cdata && !entities_open(); }
 

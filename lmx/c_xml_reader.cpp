@@ -22,7 +22,7 @@ bool is_normal(std::string_view raw, white_space mode) {
 }
 
 std::string_view prefix_of(std::string_view name) {
-  const std::size_t colon = name.find(':');
+  const std::size_t colon = find_colon(name);
   return colon == std::string_view::npos ? std::string_view() : name.substr(0, colon);
 }
 
@@ -82,8 +82,9 @@ int c_xml_reader::get_element_event() {
   if (_own_errors.fatal_count() > 0) return _token = TOKEN_FAILURE;
   if (_fast) {
     const int event = _lane.next_event(_name, _attributes, _declarations, _fast_tag_end);
-    if (event == TOKEN_NAME) return start_event(true);
     if (event == TOKEN_ELEMENT_END) return end_event(true);
+    if (event != fast_lane::kRare) _layers.mark_document_started();
+    if (event == TOKEN_NAME) return start_event(true);
     if (event == TOKEN_TEXT) return _token = event;
     leave_fast_lane();
   }
@@ -104,7 +105,7 @@ int c_xml_reader::slow_element_event() {
       end_event(true);
       break;
     case TOKEN_END_OF_INPUT:
-      if (!_open.empty()) _layers.fatal(ELMX_UNEXPECTED_END, "Premature end of file encountered");
+      if (_depth > 0) _layers.fatal(ELMX_UNEXPECTED_END, "Premature end of file encountered");
       return _token = event;
     case TOKEN_TEXT:
       _token = event;
@@ -117,18 +118,24 @@ int c_xml_reader::slow_element_event() {
 }
 
 int c_xml_reader::start_event(bool fast) {
-  if (_open.size() >= kMaxElementDepth) {
-    fatal(ELMX_XML_BADLY_FORMED, "Elements are nested too deeply");
-    return _token = TOKEN_FAILURE;
+  if (_depth == _open.size()) {
+    if (_depth >= kMaxElementDepth) {
+      fatal(ELMX_XML_BADLY_FORMED, "Elements are nested too deeply");
+      return _token = TOKEN_FAILURE;
+    }
+    _open.emplace_back();
   }
-  open_element element{fast ? _name.data() : nullptr, 0, _name.size(), _bindings.size(), _default_namespace};
+  open_element& element = _open[_depth++];
+  element.fast_name = fast ? _name.data() : nullptr;
   element.name_offset = _slow_names_used;
+  element.name_size = _name.size();
+  element.bindings = _bindings.size();
+  element.default_namespace = _default_namespace;
   if (!fast) {
     _slow_names.resize(_slow_names_used);
     _slow_names.append(_name);
     _slow_names_used = _slow_names.size();
   }
-  _open.push_back(element);
   if (!_declarations.empty() && !enter_declarations()) return _token = TOKEN_FAILURE;
   _next_attribute = 0;
   _in_start_tag = true;
@@ -137,16 +144,15 @@ int c_xml_reader::start_event(bool fast) {
 
 int c_xml_reader::end_event(bool from_tag) {
   _token = TOKEN_ELEMENT_END;
-  if (_open.empty()) {
+  if (_depth == 0) {
     _end_matches = false;
     return _token;
   }
-  _closed = _open.back();
-  _open.pop_back();
-  _end_matches = !from_tag || name_of(_closed) == _name;
-  _bindings.resize(_closed.bindings);
-  _default_namespace = _closed.default_namespace;
-  _slow_names_used = _closed.name_offset;
+  const open_element& closed = _open[--_depth];
+  _end_matches = !from_tag || same_name(name_of(closed), _name);
+  if (_bindings.size() != closed.bindings) _bindings.resize(closed.bindings);
+  _default_namespace = closed.default_namespace;
+  _slow_names_used = closed.name_offset;
   return _token;
 }
 
@@ -156,8 +162,9 @@ std::string_view c_xml_reader::name_of(const open_element& element) const {
 }
 
 std::string_view c_xml_reader::open_element_name() const {
-  if (_token == TOKEN_ELEMENT_END || _open.empty()) return name_of(_closed);
-  return name_of(_open.back());
+  const bool closed = _token == TOKEN_ELEMENT_END || _depth == 0;
+  const std::size_t index = closed ? _depth : _depth - 1;
+  return index < _open.size() ? name_of(_open[index]) : std::string_view();
 }
 
 bool c_xml_reader::enter_declarations() {
@@ -189,12 +196,12 @@ int c_xml_reader::prefix_id(std::string_view prefix) const {
 }
 
 std::string_view c_xml_reader::local_name() const {
-  const std::size_t colon = _name.find(':');
+  const std::size_t colon = find_colon(_name);
   return colon == std::string_view::npos ? _name : _name.substr(colon + 1);
 }
 
 int c_xml_reader::namespace_id(bool is_element) const {
-  if (_name.find(':') != std::string_view::npos) return prefix_id(prefix_of(_name));
+  if (find_colon(_name) != std::string_view::npos) return prefix_id(prefix_of(_name));
   return is_element ? _default_namespace : kNoNamespace;
 }
 
@@ -224,7 +231,7 @@ int c_xml_reader::get_attribute_event() {
 
 int c_xml_reader::tokenise(const name_row* table, bool is_element) {
   if (_token != TOKEN_UNKNOWN && _token != TOKEN_NAME && _token < kFirstNameToken) return _token;
-  const std::size_t colon = _name.find(':');
+  const std::size_t colon = find_colon(_name);
   const bool prefixed = colon != std::string_view::npos;
   const std::string_view local = prefixed ? _name.substr(colon + 1) : _name;
   const int id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
@@ -238,8 +245,7 @@ int c_xml_reader::tokenise(const name_row* table, bool is_element) {
   }
   if (table == nullptr) return _token;
   for (; table->name != nullptr; ++table) {
-    if (table->length == local.size() && table->namespace_id == id &&
-        local == std::string_view(table->name, table->length)) {
+    if (table->namespace_id == id && same_name(local, {table->name, table->length})) {
       return _token = table->token;
     }
   }
@@ -259,8 +265,12 @@ bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_re
 
 bool c_xml_reader::get_attribute_value(std::string_view& value, white_space mode) {
   if (_next_attribute == 0 || _next_attribute > _attributes.size()) return false;
-  const std::string_view raw = _attributes[_next_attribute - 1].value;
-  return normalise(raw, mode, raw.find('&') != std::string_view::npos, value);
+  const raw_attribute& attribute = _attributes[_next_attribute - 1];
+  if (attribute.plain) {
+    value = attribute.value;
+    return true;
+  }
+  return normalise(attribute.value, mode, attribute.value.find('&') != std::string_view::npos, value);
 }
 
 bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mode) {
@@ -268,10 +278,14 @@ bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mo
     const char* before = _lane.position();
     std::string_view raw;
     bool has_reference = false;
+    bool plain = false;
     // With a document type an entity may hold markup: only the layers can tell.
-    if (_lane.next_text(raw, has_reference) && !(has_reference && _layers.document_type_seen()) &&
-        normalise(raw, mode, has_reference, value)) {
-      return true;
+    if (_lane.next_text(raw, has_reference, plain) && !(has_reference && _layers.document_type_seen())) {
+      if (plain) {
+        value = raw;
+        return true;
+      }
+      if (normalise(raw, mode, has_reference, value)) return true;
     }
     _lane.set_position(before);
     leave_fast_lane();

@@ -138,10 +138,10 @@ class c_xml_reader : public c_xml {
   std::vector<raw_attribute> _attributes;
   std::vector<raw_attribute> _declarations;
   std::size_t _next_attribute = 0;
-  std::vector<open_element> _open;
+  std::vector<open_element> _open;  // the first _depth are open; the one behind them was closed last
+  std::size_t _depth = 0;
   std::string _slow_names;  // names of open elements that the layers have read
   std::size_t _slow_names_used = 0;
-  open_element _closed{};
   std::vector<binding> _bindings;
   int _default_namespace = kNoNamespace;
   std::string _value;

@@ -60,7 +60,7 @@ std::string c_xml_reader::folded_declarations(const capture_state& state) const 
   for (const std::size_t index : state.borrowed) {
     const binding& borrowed = _bindings[index];
     const std::string name = borrowed.prefix.empty() ? "xmlns" : "xmlns:" + borrowed.prefix;
-    append_pair(text, {name, borrowed.uri, borrowed.uri.find('"') == std::string::npos ? '"' : '\''});
+    append_pair(text, {name, borrowed.uri, borrowed.uri.find('"') == std::string::npos ? '"' : '\'', false});
   }
   return text;
 }
@@ -89,9 +89,9 @@ bool c_xml_reader::capture_start_tag(capture_state& state) {
 }
 
 bool c_xml_reader::capture_content(capture_state& state, white_space mode) {
-  const std::size_t depth = _open.size();
+  const std::size_t depth = _depth;
   std::string chunk;
-  while (_open.size() >= depth) {
+  while (_depth >= depth) {
     leave_fast_lane();
     if (!_layers.read_raw_text(chunk, mode)) return false;
     state.body.append(chunk);
@@ -114,8 +114,8 @@ bool c_xml_reader::capture_content(capture_state& state, white_space mode) {
 }
 
 bool c_xml_reader::capture_element(any_item& item, white_space mode) {
-  if (!_in_start_tag || _open.empty()) return false;
-  capture_state state{_open.back().bindings, {}, {}, {}};
+  if (!_in_start_tag || _depth == 0) return false;
+  capture_state state{_open[_depth - 1].bindings, {}, {}, {}};
   const std::string name(open_element_name());
   _name = name;
   item.name = name;
@@ -135,9 +135,9 @@ bool c_xml_reader::capture_element(any_item& item, white_space mode) {
 }
 
 bool c_xml_reader::skip_element() {
-  if (!_in_start_tag || _open.empty()) return false;
-  const std::size_t depth = _open.size();
-  while (_open.size() >= depth) {
+  if (!_in_start_tag || _depth == 0) return false;
+  const std::size_t depth = _depth;
+  while (_depth >= depth) {
     std::string_view text;
     switch (get_element_event()) {
       case TOKEN_NAME:

@@ -70,7 +70,7 @@ class checker {
         continue;
       }
       const elmx_error code = check_member(*row.type, (row.flags & kList) != 0, address(row.offset));
-      if (code != ELMX_OK) return fail(code, "@" + std::string(row.name));
+      if (code != ELMX_OK) return fail(code, attribute_item(row.name));
     }
     if (_type.body != nullptr) {
       const simple_body& body = *_type.body;

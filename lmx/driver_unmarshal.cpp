@@ -115,7 +115,7 @@ class c_unmarshal_helper {
     return _reader.report(code, item);
   }
   elmx_error report_attribute(elmx_error code, const attribute& row) {
-    return report(code, "@" + std::string(row.name), row.line);
+    return report(code, attribute_item(row.name), row.line);
   }
   template <class T>
   T& at(std::uint32_t offset) {
@@ -177,7 +177,7 @@ elmx_error c_unmarshal_helper::keep_any_attribute() {
   const std::string name(_reader.name());
   std::string_view text;
   if (!_reader.get_attribute_value(text, white_space::keep)) {
-    return report(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, "@" + name, _type.line);
+    return report(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, attribute_item(name), _type.line);
   }
   at<any_item>(_type.any_attribute_offset).attributes.emplace_back(name, std::string(text));
   return ELMX_OK;

@@ -15,6 +15,7 @@ enum byte_class : unsigned char {
   kStopsText = 2,   // '<', '&', CR, and every byte of a character beyond ASCII
   kStopsValue = 4,  // quotes, CR, and every byte of a character beyond ASCII
   kSpace = 8,       // blank, tab, LF
+  kNotPlain = 16,   // '&' and white space: a value without them is what it looks like
 };
 
 constexpr std::array<unsigned char, 256> make_classes() {
@@ -24,7 +25,8 @@ constexpr std::array<unsigned char, 256> make_classes() {
     if (c < 128 && is_name_char(c)) flags |= kName;
     if (c == '<' || c == '&' || c == '\r' || c > 127) flags |= kStopsText;
     if (c == '"' || c == '\'' || c == '\r' || c > 127) flags |= kStopsValue;
-    if (c == ' ' || c == '\t' || c == '\n') flags |= kSpace;
+    if (c != '\r' && is_space(c)) flags |= kSpace;
+    if (c == '&' || is_space(c)) flags |= kNotPlain;
     classes[static_cast<std::size_t>(c)] = static_cast<unsigned char>(flags);
   }
   return classes;
@@ -80,11 +82,15 @@ const char* fast_lane::scan_name(const char* p) const {
 }
 
 // At the closing quote of a value, or null.
-const char* fast_lane::scan_quoted(const char* p, char quote) const {
+const char* fast_lane::scan_quoted(const char* p, char quote, bool& plain) const {
+  unsigned seen = 0;
   while (p != _end) {
-    if (!has_class(p, kStopsValue)) {
+    const unsigned flags = kClasses[byte_at(p)];
+    if ((flags & kStopsValue) == 0) {
+      seen |= flags;
       ++p;
     } else if (*p == quote) {
+      plain = (seen & kNotPlain) == 0;
       return p;
     } else if (*p == '"' || *p == '\'') {
       ++p;
@@ -154,10 +160,11 @@ int fast_lane::read_start_tag(const char* p, std::string_view& name, std::vector
     if (p == nullptr || p == _end || (*p != '"' && *p != '\'')) return kRare;
     begin = p + 1;
     const char quote = *p;
-    p = scan_quoted(begin, quote);
+    bool plain = false;
+    p = scan_quoted(begin, quote, plain);
     if (p == nullptr) return kRare;
     std::vector<raw_attribute>& list = is_namespace_declaration(attribute_name) ? declarations : attributes;
-    list.push_back({attribute_name, {begin, static_cast<std::size_t>(p - begin)}, quote});
+    list.push_back({attribute_name, {begin, static_cast<std::size_t>(p - begin)}, quote, plain});
     ++p;
   }
   name = tag_name;
@@ -165,14 +172,19 @@ int fast_lane::read_start_tag(const char* p, std::string_view& name, std::vector
   return TOKEN_NAME;
 }
 
-bool fast_lane::next_text(std::string_view& text, bool& has_reference) {
+bool fast_lane::next_text(std::string_view& text, bool& has_reference, bool& plain) {
   has_reference = false;
+  unsigned seen = 0;
   const char* p = _position;
   for (;;) {
-    while (p != _end && !has_class(p, kStopsText)) ++p;
     if (p == _end) return false;
-    if (*p == '<') break;
-    if (*p == '&') {
+    const unsigned flags = kClasses[byte_at(p)];
+    seen |= flags;
+    if ((flags & kStopsText) == 0) {
+      ++p;
+    } else if (*p == '<') {
+      break;
+    } else if (*p == '&') {
       has_reference = true;
       ++p;
     } else {
@@ -181,6 +193,7 @@ bool fast_lane::next_text(std::string_view& text, bool& has_reference) {
       if (p == nullptr) return false;
     }
   }
+  plain = (seen & kNotPlain) == 0;
   // The layers look at the character behind '<': only a plain one leaves line and position as they are.
   if (_end - p < 2 || (p[1] != '/' && (byte_at(p + 1) > 127 || !is_name_start(byte_at(p + 1))))) return false;
   text = {_position, static_cast<std::size_t>(p - _position)};

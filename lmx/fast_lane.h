@@ -35,8 +35,9 @@ class fast_lane {
   // text (5), before whose first character that is no white space it stops; kRare for all else.
   int next_event(std::string_view& name, std::vector<raw_attribute>& attributes,
                  std::vector<raw_attribute>& declarations, int& tag_end);
-  // The text up to the next tag, as it stands; false for what is rare. `has_reference` tells of an '&' in it.
-  bool next_text(std::string_view& text, bool& has_reference);
+  // The text up to the next tag, as it stands; false for what is rare. `has_reference` tells of an '&' in it, `plain`
+  // that there is neither that nor white space.
+  bool next_text(std::string_view& text, bool& has_reference, bool& plain);
 
  private:
   int read_start_tag(const char* p, std::string_view& name, std::vector<raw_attribute>& attributes,
@@ -44,7 +45,7 @@ class fast_lane {
   int read_end_tag(const char* p, std::string_view& name);
   const char* skip_space(const char* p) const;
   const char* scan_name(const char* p) const;
-  const char* scan_quoted(const char* p, char quote) const;
+  const char* scan_quoted(const char* p, char quote, bool& plain) const;
   const char* pass_character(const char* p) const;
 
   const char* _position = nullptr;

@@ -1,6 +1,8 @@
 // Members of an object by the offsets of its descriptor. Internal to the driver.
 #pragma once
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "lmx/descriptor.h"
@@ -33,6 +35,11 @@ inline const particle* rows_end(const class_descriptor& type) {
 // The row after `row` and all that is inside it.
 inline const particle* next_row(const particle* row) {
   return row + 1 + row->span;
+}
+
+// How reports name an attribute. Appended, since g++ 12 takes "@" + std::string for an overlapping copy.
+inline std::string attribute_item(std::string_view name) {
+  return std::string("@").append(name);
 }
 
 // Whether an object holds anything for this row.
