@@ -102,7 +102,7 @@ class PostfixBuilder {
   void closeParenthesis();
   void separator();
   void binaryOrSign(std::u16string_view text, std::uint8_t operatorToken);
-  bool outermostCallCloses() const;
+  bool enclosingCallsClose() const;
 
   InfixTokens _tokens;
   std::u16string _output;
@@ -166,18 +166,18 @@ void PostfixBuilder::operand(std::u16string_view text) {
 
 void PostfixBuilder::openCall(const FunctionRow& function) {
   const std::u16string_view rest = _tokens.rest();
-  if (rest.empty() || !outermostCallCloses()) throw xlerror(missingParentheses);
-  if (rest[0] != u'(') throw xlerror("error: function name without open parenthesis");
+  if (rest.empty()) throw xlerror(missingParentheses);
+  if (rest[0] != u'(') {
+    throw xlerror(enclosingCallsClose() ? "error: function name without open parenthesis" : missingParentheses);
+  }
   _stack.push_back({function.name, callPrecedence});
   _calls.push_back({function.referenceMask});
   _callBegins = true;
   _hasOperand = false;
 }
 
-// A call around this one that is never closed is the first fault of the formula, though it shows last. Looked for only
-// where this one has a fault of its own.
-bool PostfixBuilder::outermostCallCloses() const {
-  if (_calls.empty() || _tokens.rest()[0] == u'(') return true;
+// A call around a faulty one that is never closed itself is the formula's first fault, though it shows last.
+bool PostfixBuilder::enclosingCallsClose() const {
   std::size_t depth = 0;
   for (const Call& call : _calls) depth += call.depth;
   InfixTokens ahead(_tokens.rest());

@@ -27,6 +27,13 @@ TEST(Compile, OperatorsFollowTheirOperands) {
   EXPECT_EQ(compiledHex(u"A1=B1&C1"), "44 00 00 00 C0 44 00 00 01 C0 0B 44 00 00 02 C0 08");
 }
 
+// The worked example of docs/formats/formula_tokens.md.
+TEST(Compile, TheDocumentedFormula) {
+  EXPECT_EQ(compiledHex(u"=IF(Sheet2!$B$3>0.5,COUNT(A1:A9)&\"x\",-Rate)"),
+            "5A 00 00 02 00 01 00 1F 00 00 00 00 00 00 E0 3F 0D 25 00 00 08 00 00 C0 00 C0 42 01 00 00 "
+            "17 01 01 78 00 08 23 01 00 00 00 13 42 03 01 00");
+}
+
 TEST(Compile, NothingBehindTheEqualsSignGivesNoTokens) {
   EXPECT_EQ(compiledHex(u"="), "");
   EXPECT_EQ(compiledHex(u""), "");
