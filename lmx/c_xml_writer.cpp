@@ -8,6 +8,21 @@ namespace {
 
 constexpr std::size_t kStreamBlock = 64 * 1024;  // bytes held back before a stream gets them
 
+// A short tag or attribute opening in one append, which for a string costs as much as its bytes.
+void append_name(std::string& out, std::string_view before, const char* name, std::string_view after) {
+  constexpr std::size_t kRoom = 64;
+  char joined[kRoom];
+  std::size_t size = 0;
+  for (const char c : before) joined[size++] = c;
+  while (*name != '\0' && size < kRoom - after.size()) joined[size++] = *name++;
+  if (*name != '\0') {
+    out.append(joined, size).append(name).append(after);
+    return;
+  }
+  for (const char c : after) joined[size++] = c;
+  out.append(joined, size);
+}
+
 std::string text_or(const char* text, const std::string& otherwise) {
   return text == nullptr ? otherwise : std::string(text);
 }
@@ -69,7 +84,10 @@ void c_xml_writer::add_schema_location(std::string_view uri, std::string_view lo
 void c_xml_writer::start_child() {
   frame* parent = _top == nullptr ? nullptr : _top->_parent;
   if (parent == nullptr) return;
-  if (!parent->_body_started) _out.append(">").append(_nl);
+  if (!parent->_body_started) {
+    _out.push_back('>');
+    if (!_nl.empty()) _out.append(_nl);
+  }
   parent->_body_started = true;
   parent->_has_child_elements = true;
 }
@@ -78,8 +96,7 @@ void c_xml_writer::start_element(const char* name) {
   start_child();
   if (_stream != nullptr && _out.size() >= kStreamBlock) flush();
   indent(_depth);
-  _out.push_back('<');
-  _out.append(name);
+  append_name(_out, "<", name, "");
   ++_depth;
   _first_attribute = true;
 }
@@ -129,7 +146,7 @@ void c_xml_writer::write_attribute_separator() {
 
 void c_xml_writer::open_attribute(const char* name) {
   write_attribute_separator();
-  _out.append(name).append("=\"");
+  append_name(_out, "", name, "=\"");
 }
 
 void c_xml_writer::write_attribute(const char* name, std::string_view value) {
@@ -211,11 +228,11 @@ void c_xml_writer::end_element(const char* name) {
   --_depth;
   if (_top != nullptr && _top->_body_started) {
     if (_top->_has_child_elements && _depth > 0) indent(_depth);
-    _out.append("</").append(name).append(">");
+    append_name(_out, "</", name, ">");
   } else {
     _out.append("/>");
   }
-  _out.append(_nl);
+  if (!_nl.empty()) _out.append(_nl);
   if (_depth == 0) flush();
 }
 

@@ -23,7 +23,8 @@ class fast_lane {
   // Stands at `position`, from where line feeds are counted.
   void enter(const char* position) {
     _position = position;
-    _mark = position;
+    _counted = position;
+    _lines = 0;
   }
   const char* position() const { return _position; }
   // Line feeds passed since enter().
@@ -50,7 +51,8 @@ class fast_lane {
 
   const char* _position = nullptr;
   const char* _end = nullptr;
-  const char* _mark = nullptr;
+  mutable const char* _counted = nullptr;  // line feeds before it are in _lines
+  mutable int _lines = 0;
 };
 
 }  // namespace rubrica::lmx

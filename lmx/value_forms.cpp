@@ -179,7 +179,7 @@ bool parse_base64(std::string_view text, c_binary& value) {
     }
   }
   if (count % 4 != 0 || padding > 2) return false;
-  value.bytes.resize(value.bytes.size() - padding);
+  for (; padding > 0; --padding) value.bytes.pop_back();
   return true;
 }
 

@@ -57,6 +57,17 @@ TEST(Writer, EndsOfElements) {
   EXPECT_EQ(element([](c_xml_writer& w) { child(w, "b", [](c_xml_writer&) {}); }), "<a><b/></a>");
 }
 
+TEST(Writer, NamesOfAnyLengthAreWhole) {
+  for (std::size_t length = 1; length < 140; ++length) {
+    const std::string name(length, 'n');
+    EXPECT_EQ(element([&](c_xml_writer& w) {
+                w.write_attribute(name.c_str(), 1);
+                child(w, name.c_str(), [](c_xml_writer& inner) { inner.write_element_body("t"); });
+              }),
+              "<a " + name + "=\"1\"><" + name + ">t</" + name + "></a>");
+  }
+}
+
 TEST(Writer, EscapesByItsTable) {
   EXPECT_EQ(attribute("\"'&<"), "&quot;&apos;&amp;&lt;");
   EXPECT_EQ(attribute("]]>"), "]]&gt;");
