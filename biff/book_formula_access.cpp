@@ -44,8 +44,8 @@ std::u16string BookFormulaAccess::sheetPart(std::uint16_t externSheetIndex) cons
   if (const auto external = _book->links().externalText(externSheetIndex)) return formula::quotedSheetName(*external);
   const Xti* xti = _book->links().xti(externSheetIndex);
   const auto count = static_cast<int>(_book->boundSheetCount());
-  const bool known = _book->links().isOwn(externSheetIndex) && xti->first >= 0 && xti->last >= xti->first &&
-                     xti->last < count;
+  const bool known =
+      _book->links().isOwn(externSheetIndex) && xti->first >= 0 && xti->last >= xti->first && xti->last < count;
   if (!known) return std::u16string(formula::kRefErrorText);
   return formula::sheetPartText(_book->boundSheetName(xti->first), _book->boundSheetName(xti->last));
 }

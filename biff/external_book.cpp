@@ -8,12 +8,12 @@ namespace {
 
 // Codes within an encoded virtual path.
 enum PathCode : char16_t {
-  kVolume = 1,        // a drive letter follows, or "@" before a server
-  kSameVolume = 2,    // the root of this file's drive
+  kVolume = 1,      // a drive letter follows, or "@" before a server
+  kSameVolume = 2,  // the root of this file's drive
   kDownDirectory = 3,
   kUpDirectory = 4,
-  kLongVolume = 5,    // a length and a protocol with a server follow
-  kLastCode = 8       // 6 to 8: the program's start and library directories
+  kLongVolume = 5,  // a length and a protocol with a server follow
+  kLastCode = 8     // 6 to 8: the program's start and library directories
 };
 constexpr char16_t kEncoded = 1;
 constexpr char16_t kServer = u'@';

@@ -1,5 +1,5 @@
-// Another workbook that formulas refer to, as its SupBook record tells it: where it lies and what its sheets are called.
-// Decoded once when the record is read; the record itself is carried as it came.
+// Another workbook that formulas refer to, as its SupBook record tells it: where it lies and what its sheets are
+// called. Decoded once when the record is read; the record itself is carried as it came.
 #pragma once
 
 #include <cstddef>
