@@ -30,6 +30,8 @@ struct BoundSheet8 {
   std::uint32_t lbPlyPos = 0;
   std::uint8_t hsState = 0, dt = 0;
   ShortXLUnicodeString name;
+
+  static constexpr std::uint8_t kChart = 2;
 };
 
 class BookImplT final : public IBookT<char16_t> {

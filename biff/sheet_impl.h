@@ -11,8 +11,8 @@
 
 #include "biff/book_state.h"
 #include "biff/cell_store.h"
-#include "biff/expression_walk.h"
 #include "biff/column_table.h"
+#include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
 #include "biff/merge_table.h"
 #include "biff/page_layout.h"
@@ -291,6 +291,7 @@ class SheetImplT final : public ISheetT<char16_t> {
 
   // ---- Save (sheet_save.cpp)
   void saveWorksheet(Xls& xls);
+  void saveAsRecords(Xls& xls);
   void saveHead(Xls& xls);
   void saveColumns(Xls& xls);
   void recomputeDimensions();

@@ -130,6 +130,9 @@ def main():
     if libreoffice.program() is None:
         print("skipped: soffice isn't installed")
         return libreoffice.SKIPPED
+    if not os.path.isdir(options.folder):
+        print(f"skipped: no folder {options.folder}")
+        return libreoffice.SKIPPED
     directory = options.converted or tempfile.mkdtemp(prefix="formulas-")
     os.makedirs(directory, exist_ok=True)
     tally, examples = collections.Counter(), collections.defaultdict(list)

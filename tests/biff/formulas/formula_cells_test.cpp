@@ -7,7 +7,7 @@ namespace rubrica::test {
 namespace {
 
 TEST(FormulaCells, EachFormOfWritingHasItsCachedValue) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   EXPECT_TRUE(sheet.writeFormula(0, 0, u"=1+2", nullptr));
   EXPECT_TRUE(sheet.writeFormulaNum(1, 0, u"1+2", 3, nullptr));
@@ -31,7 +31,7 @@ TEST(FormulaCells, EachFormOfWritingHasItsCachedValue) {
 }
 
 TEST(FormulaCells, OnlyFormulasReadAsFormulas) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   sheet.writeNum(0, 0, 1, nullptr);
   for (const int col : {0, 1}) {
@@ -46,7 +46,7 @@ TEST(FormulaCells, OnlyFormulasReadAsFormulas) {
 }
 
 TEST(FormulaCells, AFailedFormulaLeavesTheCellAsItWas) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   sheet.writeNum(0, 0, 7, nullptr);
   EXPECT_FALSE(sheet.writeFormula(0, 0, u"sum(A1)", nullptr));
@@ -60,7 +60,7 @@ TEST(FormulaCells, AFailedFormulaLeavesTheCellAsItWas) {
 }
 
 TEST(FormulaCells, NotANumberNeverBecomesAnotherKindOfValue) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   double allOnes = 0;
   std::memset(&allOnes, 0xFF, sizeof(allOnes));
@@ -70,7 +70,7 @@ TEST(FormulaCells, NotANumberNeverBecomesAnotherKindOfValue) {
 }
 
 TEST(FormulaCells, VeryLongAndDeepTextsAnswer) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   std::u16string sums = u"1";
   for (int i = 0; i < 30000; ++i) sums += u"+1";
@@ -85,7 +85,7 @@ TEST(FormulaCells, VeryLongAndDeepTextsAnswer) {
 }
 
 TEST(FormulaCells, ACopiedFormulaKeepsItsReferences) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   sheet.writeFormulaNum(0, 0, u"B1+$C$2", 5, nullptr);
   EXPECT_TRUE(sheet.copyCell(0, 0, 9, 9));
@@ -98,7 +98,7 @@ Bytes sharedFile() {
   const Bytes exp = bytesOf({0x01, 0, 0, 1, 0});
   const Record shared{id::kShrFmla, bytesOf({0, 0, 2, 0, 1, 1, 0, 3, 9, 0,  //
                                              0x4C, 0, 0, 0xFF, 0xC0, 0x1E, 2, 0, 0x05})};
-  return fileOf({}, {formulaRecord(0, 1, exp), shared, formulaRecord(1, 1, exp), formulaRecord(2, 1, exp)});
+  return bookFile({}, {formulaRecord(0, 1, exp), shared, formulaRecord(1, 1, exp), formulaRecord(2, 1, exp)});
 }
 
 TEST(SharedFormulas, PrintForTheCellThatIsRead) {
@@ -138,7 +138,7 @@ TEST(SharedFormulas, BecomePlainInCopiesOfACellAndInOtherBooks) {
   const BookPtr book = loaded(sharedFile());
   EXPECT_TRUE(book->getSheet(0)->copyCell(2, 1, 7, 7));
   EXPECT_EQ(formula(*book, 0, 7, 7), u"A3*2");
-  const BookPtr other = newBook({u"First"});
+  const BookPtr other = bookWith({u"First"});
   ASSERT_NE(other->addSheet(u"Copy", book->getSheet(0)), nullptr) << other->errorMessage();
   EXPECT_EQ(formula(*reloaded(*other), 1, 1, 1), u"A2*2");
   EXPECT_TRUE(bodiesOf(savedBytes(*other), id::kShrFmla).empty());
@@ -148,7 +148,7 @@ TEST(SharedFormulas, AJumpTableIsNoObstacleToResolvingThem) {
   const Bytes exp = bytesOf({0x01, 0, 0, 1, 0});
   const Bytes tokens = bytesOf({0x1E, 1, 0, 0x19, 0x04, 1, 0, 4, 0, 9, 0, 0x4C, 0, 0, 0xFF, 0xC0, 0x42, 2, 100, 0});
   const Bytes body = BytesBuilder().bytes(bytesOf({0, 0, 1, 0, 1, 1, 0, 2, 20, 0})).bytes(tokens);
-  const BookPtr book = loaded(fileOf({}, {formulaRecord(0, 1, exp), {id::kShrFmla, body}, formulaRecord(1, 1, exp)}));
+  const BookPtr book = loaded(bookFile({}, {formulaRecord(0, 1, exp), {id::kShrFmla, body}, formulaRecord(1, 1, exp)}));
   EXPECT_TRUE(book->getSheet(0)->copyCell(1, 1, 5, 5));
   const auto formulas = bodiesOf(savedBytes(*book), id::kFormula);
   ASSERT_EQ(formulas.size(), 3u);
@@ -165,7 +165,7 @@ Bytes arrayFile() {
                          .bytes(bytesOf({1, 0, 0}))
                          .bytes(bytesOf({1, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F}))
                          .bytes(bytesOf({1, 0, 0, 0, 0, 0, 0, 0, 0x40}))};
-  return fileOf({}, {formulaRecord(0, 0, exp), array, formulaRecord(1, 0, exp)});
+  return bookFile({}, {formulaRecord(0, 0, exp), array, formulaRecord(1, 0, exp)});
 }
 
 TEST(ArrayFormulas, ConstantsGoWithTheCopyOfACell) {
@@ -187,7 +187,7 @@ TEST(ArrayFormulas, CoverTheCellsThatAreLeft) {
 TEST(DataTables, ACellCopiedOutOfOneIsItsValue) {
   const Bytes member = bytesOf({0x02, 1, 0, 1, 0});
   const Record table{id::kTable, bytesOf({1, 0, 2, 0, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0})};
-  const BookPtr book = loaded(fileOf({}, {formulaRecord(1, 1, member), table, formulaRecord(2, 1, member)}));
+  const BookPtr book = loaded(bookFile({}, {formulaRecord(1, 1, member), table, formulaRecord(2, 1, member)}));
   EXPECT_TRUE(book->getSheet(0)->copyCell(1, 1, 9, 9));
   EXPECT_FALSE(book->getSheet(0)->isFormula(9, 9));
   EXPECT_EQ(book->getSheet(0)->readNum(9, 9, nullptr), 0);
@@ -198,7 +198,7 @@ TEST(FormulaRecords, ACachedTextMayGoOnInContinues) {
   Record cell = formulaRecord(0, 0, bytesOf({0x1E, 1, 0}));
   std::memcpy(cell.bytes.data() + 6, bytesOf({0, 0, 0, 0, 0, 0, 0xFF, 0xFF}).data(), 8);
   const BookPtr book = loaded(
-      fileOf({}, {cell, {id::kString, bytesOf({4, 0, 0, 'a', 'b'})}, {id::kContinue, bytesOf({1, 'c', 0, 'd', 0})}}));
+      bookFile({}, {cell, {id::kString, bytesOf({4, 0, 0, 'a', 'b'})}, {id::kContinue, bytesOf({1, 'c', 0, 'd', 0})}}));
   EXPECT_EQ(std::u16string(book->getSheet(0)->readStr(0, 0, nullptr)), u"abcd");
 }
 
@@ -212,7 +212,7 @@ TEST(FormulaRecords, EveryCutAnswers) {
     for (std::size_t size = 0; size <= whole[which].bytes.size(); ++size) {
       std::vector<Record> records = whole;
       records[which].bytes.resize(size);
-      const Bytes file = fileOf({}, records);
+      const Bytes file = bookFile({}, records);
       BookPtr book(createBiffBook());
       if (!book->loadRaw(file.data(), file.size(), -1, -1, -1)) {
         EXPECT_STRNE(book->errorMessage(), "ok");
@@ -230,10 +230,10 @@ TEST(FormulaRecords, AnyTokenBytesLoadPrintCopyAndSave) {
   for (int first = 0; first < 256; ++first) {
     for (const int rest : {0, 1, 0x7F, 0xFF}) {
       const Bytes tokens = BytesBuilder().u8(static_cast<unsigned>(first)).fill(6, static_cast<unsigned>(rest));
-      const BookPtr book = loaded(fileOf({}, {formulaRecord(0, 0, tokens)}));
+      const BookPtr book = loaded(bookFile({}, {formulaRecord(0, 0, tokens)}));
       book->getSheet(0)->readFormula(0, 0, nullptr);
       EXPECT_TRUE(book->getSheet(0)->copyCell(0, 0, 1, 0));
-      const BookPtr other = newBook();
+      const BookPtr other = bookWith();
       EXPECT_NE(other->addSheet(u"Copy", book->getSheet(0)), nullptr) << other->errorMessage();
       EXPECT_NE(book->addSheet(u"Copy", book->getSheet(0)), nullptr);
       savedBytes(*book);
@@ -243,7 +243,7 @@ TEST(FormulaRecords, AnyTokenBytesLoadPrintCopyAndSave) {
 
 TEST(Biff5Formulas, AreReadIntoTheWiderForm) {
   const Bytes tokens = bytesOf({0x44, 0x02, 0xC0, 3, 0x17, 2, 'h', 'i', 0x08});
-  const BookPtr book = loaded(fileOf({}, {formulaRecord(0, 0, tokens)}, 0x0500));
+  const BookPtr book = loaded(bookFile({}, {formulaRecord(0, 0, tokens)}, 0x0500));
   EXPECT_EQ(formula(*book, 0, 0, 0), u"D3&\"hi\"");
   EXPECT_EQ(formula(*reloaded(*book), 0, 0, 0), u"D3&\"hi\"");
 }
@@ -251,7 +251,7 @@ TEST(Biff5Formulas, AreReadIntoTheWiderForm) {
 TEST(Biff5Formulas, DeletedSheetsAreReferenceErrors) {
   const Bytes tokens =
       bytesOf({0x5A, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0xC0, 0, 0x1E, 1, 0, 3});
-  const BookPtr book = loaded(fileOf({}, {formulaRecord(0, 0, tokens)}, 0x0500));
+  const BookPtr book = loaded(bookFile({}, {formulaRecord(0, 0, tokens)}, 0x0500));
   EXPECT_EQ(formula(*book, 0, 0, 0), u"#REF!+1");
 }
 
@@ -259,7 +259,7 @@ TEST(Biff5Formulas, ThatNoLongerFitIntoARecordBecomeAnError) {
   BytesBuilder tokens;
   tokens.bytes(bytesOf({0x1E, 1, 0}));
   for (int i = 0; i < 1500; ++i) tokens.bytes(bytesOf({0x17, 2, 'h', 'i', 0x08}));
-  const BookPtr book = loaded(fileOf({}, {formulaRecord(0, 0, tokens)}, 0x0500));
+  const BookPtr book = loaded(bookFile({}, {formulaRecord(0, 0, tokens)}, 0x0500));
   EXPECT_EQ(formula(*book, 0, 0, 0), u"#REF!");
   EXPECT_EQ(formula(*reloaded(*book), 0, 0, 0), u"#REF!");
 }

@@ -25,7 +25,7 @@ Record otherBook(std::string_view path, std::initializer_list<std::string_view> 
 const Bytes kRef3dOfEntry0 = bytesOf({0x5A, 0, 0, 0, 0, 0, 0xC0});
 
 TEST(Links, AFormulaOverASheetMakesTheTableWhenThereIsNone) {
-  const BookPtr book = newBook({u"Sheet1", u"Sheet2"});
+  const BookPtr book = bookWith({u"Sheet1", u"Sheet2"});
   Sheet& sheet = *book->getSheet(0);
   EXPECT_TRUE(bodiesOf(savedBytes(*book), id::kSupBook).empty());
   EXPECT_TRUE(sheet.writeFormula(0, 0, u"Sheet2!A1", nullptr));
@@ -38,7 +38,7 @@ TEST(Links, AFormulaOverASheetMakesTheTableWhenThereIsNone) {
 }
 
 TEST(Links, AFormulaThatFailsLeavesNoEntryBehind) {
-  const BookPtr book = newBook({u"Sheet1", u"Sheet2"});
+  const BookPtr book = bookWith({u"Sheet1", u"Sheet2"});
   EXPECT_FALSE(book->getSheet(0)->writeFormula(0, 0, u"Sheet2!A1+nobody", nullptr));
   EXPECT_STREQ(book->errorMessage(), "incorrect token in formula");
   EXPECT_TRUE(bodiesOf(savedBytes(*book), id::kSupBook).empty());
@@ -47,7 +47,7 @@ TEST(Links, AFormulaThatFailsLeavesNoEntryBehind) {
 }
 
 TEST(Links, OneSheetStaysOneSheetWhenOthersComeMoveAndGo) {
-  const BookPtr book = newBook({u"A", u"B"});
+  const BookPtr book = bookWith({u"A", u"B"});
   book->getSheet(1)->writeFormula(0, 0, u"A!A1+B!A1", nullptr);
   book->insertSheet(0, u"Z", nullptr);
   book->addSheet(u"Y", nullptr);
@@ -88,27 +88,27 @@ TEST(Links, ReferencesIntoOtherBooksPrintWithBookAndSheet) {
                                                                      "http://host/a/Book.xls",
                                                                      u"'http://host/a/[Book.xls]Two words'!A1"}};
   for (const auto& [path, expected] : cases) {
-    const BookPtr book = loaded(
-        fileOf({otherBook(path, {"One", "Two words"}), externSheet({0, 1, 1})}, {formulaRecord(0, 0, kRef3dOfEntry0)}));
+    const BookPtr book = loaded(bookFile({otherBook(path, {"One", "Two words"}), externSheet({0, 1, 1})},
+                                         {formulaRecord(0, 0, kRef3dOfEntry0)}));
     EXPECT_EQ(formula(*book, 0, 0, 0), expected);
   }
 }
 
 TEST(Links, ARunOfSheetsOfAnotherBookIsQuotedAsAWhole) {
-  const BookPtr book = loaded(fileOf({otherBook("\x01"
-                                                "B.xls",
-                                                {"One", "Two"}),
-                                      externSheet({0, 0, 1})},
-                                     {formulaRecord(0, 0, kRef3dOfEntry0)}));
+  const BookPtr book = loaded(bookFile({otherBook("\x01"
+                                                  "B.xls",
+                                                  {"One", "Two"}),
+                                        externSheet({0, 0, 1})},
+                                       {formulaRecord(0, 0, kRef3dOfEntry0)}));
   EXPECT_EQ(formula(*book, 0, 0, 0), u"'[B.xls]One:Two'!A1");
 }
 
 TEST(Links, WhatPrintsOverAnotherBookCompilesAgain) {
-  const BookPtr book = loaded(fileOf({otherBook("\x01"
-                                                "B.xls",
-                                                {"One", "Two"}),
-                                      kSelf, externSheet({0, 0, 0})},
-                                     {formulaRecord(0, 0, kRef3dOfEntry0)}));
+  const BookPtr book = loaded(bookFile({otherBook("\x01"
+                                                  "B.xls",
+                                                  {"One", "Two"}),
+                                        kSelf, externSheet({0, 0, 0})},
+                                       {formulaRecord(0, 0, kRef3dOfEntry0)}));
   Sheet& sheet = *book->getSheet(0);
   EXPECT_TRUE(sheet.writeFormula(1, 0, u"SUM('[B.xls]One'!A1:B2)", nullptr)) << book->errorMessage();
   EXPECT_TRUE(sheet.writeFormula(2, 0, u"'[b.xls]Two'!$C$3", nullptr)) << book->errorMessage();
@@ -123,12 +123,12 @@ TEST(Links, EntriesThatLeadNowhereAreReferenceErrors) {
                             externSheet({0, -2, -2}), externSheet({9, 0, 0}),   externSheet({1, 0, 0}),
                             externSheet({2, 0, 0}),   externSheet({3, 5, 5})};
   for (const Record& entry : entries) {
-    const BookPtr book = loaded(fileOf({kSelf,
-                                        {id::kSupBook, bytesOf({1, 0, 1, 0x3A})},
-                                        {id::kSupBook, bytesOf({0, 0, 3, 0, 0, 'a', 3, 'b'})},
-                                        otherBook("x", {"y"}),
-                                        entry},
-                                       {formulaRecord(0, 0, kRef3dOfEntry0)}));
+    const BookPtr book = loaded(bookFile({kSelf,
+                                          {id::kSupBook, bytesOf({1, 0, 1, 0x3A})},
+                                          {id::kSupBook, bytesOf({0, 0, 3, 0, 0, 'a', 3, 'b'})},
+                                          otherBook("x", {"y"}),
+                                          entry},
+                                         {formulaRecord(0, 0, kRef3dOfEntry0)}));
     EXPECT_EQ(formula(*book, 0, 0, 0), u"#REF!");
   }
 }
@@ -138,7 +138,7 @@ TEST(Links, EveryCutOfTheirRecordsIsToldOrRead) {
   for (std::size_t size = 0; size < sheets.size(); ++size) {
     BookPtr book(createBiffBook());
     const Bytes cut(sheets.begin(), sheets.begin() + static_cast<std::ptrdiff_t>(size));
-    const Bytes file = fileOf({kSelf, {id::kExternSheet, cut}}, {});
+    const Bytes file = bookFile({kSelf, {id::kExternSheet, cut}}, {});
     EXPECT_FALSE(book->loadRaw(file.data(), file.size(), -1, -1, -1));
     EXPECT_STREQ(book->errorMessage(), size < 2 ? "error in record ExternSheet" : "error in XTI");
   }
@@ -150,7 +150,7 @@ TEST(Links, EveryCutOfTheirRecordsIsToldOrRead) {
   for (std::size_t size = 0; size <= other.size(); ++size) {
     BookPtr book(createBiffBook());
     const Bytes cut(other.begin(), other.begin() + static_cast<std::ptrdiff_t>(size));
-    const Bytes file = fileOf({{id::kSupBook, cut}, externSheet({0, 1, 1})}, {formulaRecord(0, 0, kRef3dOfEntry0)});
+    const Bytes file = bookFile({{id::kSupBook, cut}, externSheet({0, 1, 1})}, {formulaRecord(0, 0, kRef3dOfEntry0)});
     const bool read = book->loadRaw(file.data(), file.size(), -1, -1, -1);
     EXPECT_EQ(read, size >= 4) << size;
     if (!read) {
@@ -165,7 +165,7 @@ TEST(Links, ALongTableIsReadAndWrittenOverContinues) {
   BytesBuilder first, rest;
   first.u16(2000).fill(8222, 0);
   rest.fill(6 * 2000 - 8222, 0);
-  const BookPtr book = loaded(fileOf({kSelf, {id::kExternSheet, first}, {id::kContinue, rest}}, {}));
+  const BookPtr book = loaded(bookFile({kSelf, {id::kExternSheet, first}, {id::kContinue, rest}}, {}));
   const Bytes saved = savedBytes(*book);
   EXPECT_EQ(bodiesOf(saved, id::kExternSheet).at(0).size(), 8224u);
   EXPECT_EQ(bodiesOf(saved, id::kContinue).at(0).size(), 12002u - 8224u);
@@ -175,8 +175,8 @@ TEST(Links, WhatBelongsToASupBookComesBackBehindIt) {
   const Record name{id::kExternName, bytesOf({0, 0, 0, 0, 0, 0, 3, 0, 'F', 'o', 'o', 2, 0, 0x1C, 0x17})};
   const Record addIn{id::kSupBook, bytesOf({1, 0, 1, 0x3A})};
   const BookPtr book =
-      loaded(fileOf({addIn, name, kSelf, externSheet({0, -2, -2})},
-                    {formulaRecord(0, 0, bytesOf({0x39, 0, 0, 1, 0, 0, 0, 0x1E, 5, 0, 0x42, 2, 255, 0}))}));
+      loaded(bookFile({addIn, name, kSelf, externSheet({0, -2, -2})},
+                      {formulaRecord(0, 0, bytesOf({0x39, 0, 0, 1, 0, 0, 0, 0x1E, 5, 0, 0x42, 2, 255, 0}))}));
   EXPECT_EQ(formula(*book, 0, 0, 0), u"?(5)");
   const auto records = recordsOf(savedBytes(*book));
   const auto at = std::find(records.begin(), records.end(), addIn);

@@ -17,7 +17,7 @@ bool setName(Sheet& sheet, const char16_t* name, const Range& r, int scope = She
 }
 
 TEST(NamedRanges, RefuseBlanksInNames) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   EXPECT_FALSE(setName(sheet, u"My Name", {0, 1, 0, 1}));
   EXPECT_STREQ(book->errorMessage(), "space symbol isn't allowed");
@@ -27,7 +27,7 @@ TEST(NamedRanges, RefuseBlanksInNames) {
 }
 
 TEST(NamedRanges, RefuseEmptyAndOverlongNamesAndCellsOffTheSheet) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   EXPECT_FALSE(setName(sheet, u"", {0, 1, 0, 1}));
   EXPECT_FALSE(setName(sheet, nullptr, {0, 1, 0, 1}));
@@ -44,7 +44,7 @@ TEST(NamedRanges, RefuseEmptyAndOverlongNamesAndCellsOffTheSheet) {
 }
 
 TEST(NamedRanges, OneNameInOneScopeIsOneEntry) {
-  const BookPtr book = newBook({u"A", u"B"});
+  const BookPtr book = bookWith({u"A", u"B"});
   Sheet& a = *book->getSheet(0);
   Sheet& b = *book->getSheet(1);
   EXPECT_TRUE(setName(a, u"Area", {0, 1, 0, 1}));
@@ -63,7 +63,7 @@ TEST(NamedRanges, OneNameInOneScopeIsOneEntry) {
 }
 
 TEST(NamedRanges, AreWrittenAsAbsoluteReferencesOverTheSheet) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   setName(sheet, u"R", {1, 2, 3, 4});
   setName(sheet, u"C", {1, 1, 3, 3});
@@ -75,7 +75,7 @@ TEST(NamedRanges, AreWrittenAsAbsoluteReferencesOverTheSheet) {
 }
 
 TEST(NamedRanges, AreListedWithScopeAndSurviveASave) {
-  const BookPtr book = newBook({u"A", u"B"});
+  const BookPtr book = bookWith({u"A", u"B"});
   setName(*book->getSheet(0), u"Whole", {0, 2, 0, 2});
   book->getSheet(1)->setNamedRange(u"Own", 5, 6, 1, 1, 1, true);
   setName(*book->getSheet(0), u"OfA", {1, 1, 1, 1}, 0);
@@ -100,7 +100,7 @@ TEST(NamedRanges, AreListedWithScopeAndSurviveASave) {
 }
 
 TEST(NamedRanges, DeletingAnUnknownNameFails) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   EXPECT_FALSE(sheet.delNamedRange(u"Nobody", Sheet::kScopeUndefined));
   EXPECT_STREQ(book->errorMessage(), "named range is not found");
@@ -111,7 +111,7 @@ TEST(NamedRanges, DeletingAnUnknownNameFails) {
 }
 
 TEST(NamedRanges, FormulasKeepTheirNamesWhenAnotherGoes) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   setName(sheet, u"First", {0, 0, 0, 0});
   setName(sheet, u"Second", {1, 1, 0, 0});
@@ -124,7 +124,7 @@ TEST(NamedRanges, FormulasKeepTheirNamesWhenAnotherGoes) {
 }
 
 TEST(NamedRanges, NamesOfARemovedSheetGoAndTheOthersStayBound) {
-  const BookPtr book = newBook({u"A", u"B", u"C"});
+  const BookPtr book = bookWith({u"A", u"B", u"C"});
   setName(*book->getSheet(0), u"OfA", {0, 0, 0, 0}, 0);
   setName(*book->getSheet(2), u"OfC", {0, 3, 0, 0}, 2);
   book->getSheet(2)->writeFormula(9, 0, u"SUM(OfC)", nullptr);
@@ -137,7 +137,7 @@ TEST(NamedRanges, NamesOfARemovedSheetGoAndTheOthersStayBound) {
 }
 
 TEST(NamedRanges, ACopiedSheetHasNamesThatReferToItself) {
-  const BookPtr book = newBook({u"A"});
+  const BookPtr book = bookWith({u"A"});
   Sheet& a = *book->getSheet(0);
   setName(a, u"Own", {0, 0, 0, 0}, 0);
   a.writeFormula(2, 2, u"Own*2", nullptr);
@@ -161,7 +161,7 @@ TEST(NamedRanges, ACopiedSheetHasNamesThatReferToItself) {
 }
 
 TEST(NamedRanges, LoadingOneSheetKeepsItsOwnNames) {
-  const BookPtr book = newBook({u"A", u"B"});
+  const BookPtr book = bookWith({u"A", u"B"});
   setName(*book->getSheet(0), u"OfA", {0, 0, 0, 0}, 0);
   setName(*book->getSheet(1), u"OfB", {3, 4, 0, 0}, 1);
   book->getSheet(1)->writeFormula(0, 5, u"B!A1+A!A1+SUM(OfB)", nullptr);
@@ -178,7 +178,7 @@ TEST(NamedRanges, LoadingOneSheetKeepsItsOwnNames) {
 }
 
 TEST(PrintAreas, AreABuiltInNameOfTheSheet) {
-  const BookPtr book = newBook({u"A", u"B"});
+  const BookPtr book = bookWith({u"A", u"B"});
   Sheet& b = *book->getSheet(1);
   Range r;
   EXPECT_FALSE(b.printArea(&r.rowFirst, &r.rowLast, &r.colFirst, &r.colLast));
@@ -203,7 +203,7 @@ TEST(PrintAreas, AreABuiltInNameOfTheSheet) {
 }
 
 TEST(PrintTitles, HoldRowsAndColumnsInOneUnion) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   sheet.setPrintRepeatRows(0, 1);
   int first = -9, last = -9;
@@ -229,7 +229,7 @@ TEST(PrintTitles, HoldRowsAndColumnsInOneUnion) {
 }
 
 TEST(PrintTitles, RowsAndColumnsHaveMessagesOfTheirOwn) {
-  const BookPtr book = newBook();
+  const BookPtr book = bookWith();
   Sheet& sheet = *book->getSheet(0);
   sheet.setPrintRepeatRows(-1, 0);
   EXPECT_STREQ(book->errorMessage(), "firstRow must be in range 0-65535");
@@ -260,7 +260,7 @@ Bytes nameBody(const Bytes& tokens, unsigned options = 0, unsigned textCount = 0
 
 TEST(NameRecords, OptionalTextsAreWrittenBackAsTheyCame) {
   const Bytes body = BytesBuilder().bytes(nameBody(bytesOf({0x1E, 5, 0}), 0, 2)).u8(0).text("hi");
-  const BookPtr book = loaded(fileOf({{id::kLbl, body}}, {}));
+  const BookPtr book = loaded(bookFile({{id::kLbl, body}}, {}));
   EXPECT_EQ(bodiesOf(savedBytes(*book), id::kLbl).at(0), body);
 }
 
@@ -273,7 +273,7 @@ TEST(NameRecords, AnExpressionPastOneRecordGoesOnInAContinue) {
   Bytes body = nameBody(tokens);
   const Bytes rest(body.begin() + 8224, body.end());
   body.resize(8224);
-  const BookPtr book = loaded(fileOf({{id::kLbl, body}, {id::kContinue, rest}}, {}));
+  const BookPtr book = loaded(bookFile({{id::kLbl, body}, {id::kContinue, rest}}, {}));
   const Bytes saved = savedBytes(*book);
   EXPECT_EQ(bodiesOf(saved, id::kLbl).at(0).size(), 8223u);
   EXPECT_EQ(bodiesOf(saved, id::kContinue).at(0).size(), rest.size() + 1);
@@ -285,7 +285,8 @@ TEST(NameRecords, EveryCutOfARecordIsToldAndNothingMore) {
   const Bytes body = nameBody(bytesOf({0x3B, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0}));
   for (std::size_t size = 0; size < body.size(); ++size) {
     BookPtr book(createBiffBook());
-    const Bytes file = fileOf({{id::kLbl, Bytes(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(size))}}, {});
+    const Bytes file =
+        bookFile({{id::kLbl, Bytes(body.begin(), body.begin() + static_cast<std::ptrdiff_t>(size))}}, {});
     EXPECT_FALSE(book->loadRaw(file.data(), file.size(), -1, -1, -1)) << size;
     EXPECT_STRNE(book->errorMessage(), "ok") << size;
   }
@@ -295,7 +296,7 @@ TEST(NameRecords, RangesOfForeignTokensAreNotRanges) {
   for (const Bytes& tokens :
        {bytesOf({}), bytesOf({0x1E, 1, 0}), bytesOf({0x3B, 0, 0, 0}), bytesOf({0x19}), bytesOf({0x29, 200, 0}),
         bytesOf({0x3D, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}), bytesOf({0xFF})}) {
-    const BookPtr book = loaded(fileOf({{id::kLbl, nameBody(tokens)}}, {}));
+    const BookPtr book = loaded(bookFile({{id::kLbl, nameBody(tokens)}}, {}));
     Range range;
     EXPECT_FALSE(getName(*book->getSheet(0), u"Abc", range));
     int row = 0;
