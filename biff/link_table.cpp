@@ -88,7 +88,7 @@ void LinkTable::renumberSheets(const std::function<int(int)>& mapping) {
     int left = xti.first, right = xti.last;
     while (left < right && mapping(left) == kDeletedSheet) ++left;
     while (right > left && mapping(right) == kDeletedSheet) --right;
-    const auto [low, high] = std::minmax(mapping(left), mapping(right));
+    const auto [low, high] = std::minmax({mapping(left), mapping(right)});
     xti.first = static_cast<std::int16_t>(low);
     xti.last = static_cast<std::int16_t>(high);
   }
