@@ -1,6 +1,7 @@
 #include "biff/sheet_index.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/xlerror.h"
 
@@ -43,11 +44,15 @@ void SheetIndex::RowBlock::cover(int col) {
 
 std::uint32_t& SheetIndex::slot(int row, int col) {
   if (col >= kBiffCols) throw xlerror("SheetIndex: col can't be more than 255");
-  auto& group = _groups[static_cast<std::size_t>(row / kGroupRows)];
-  if (group == nullptr) group = std::make_unique<Group>();
-  RowBlock& block = (*group)[static_cast<std::size_t>(row % kGroupRows)];
+  RowBlock& block = blockOf(row);
   if (block.size == 0 || col < block.first || col >= block.first + block.size) block.cover(col);
   return block.words[static_cast<std::size_t>(col - block.first)];
+}
+
+SheetIndex::RowBlock& SheetIndex::blockOf(int row) {
+  auto& group = _groups[static_cast<std::size_t>(row / kGroupRows)];
+  if (group == nullptr) group = std::make_unique<Group>();
+  return (*group)[static_cast<std::size_t>(row % kGroupRows)];
 }
 
 const SheetIndex::RowBlock* SheetIndex::find(int row) const {
@@ -97,11 +102,19 @@ int SheetIndex::nextRow(int row) const {
   return kBiffRows;
 }
 
+void SheetIndex::moveRow(int from, int to) {
+  if (from == to) return;
+  if (find(from) == nullptr) return eraseRow(to);
+  blockOf(to) = std::exchange(blockOf(from), RowBlock());
+}
+
+void SheetIndex::eraseRow(int row) {
+  if (find(row) != nullptr) blockOf(row) = RowBlock();
+}
+
 void SheetIndex::prune() {
   for (int row = nextRow(0); row < kBiffRows; row = nextRow(row + 1)) {
-    if (lastInRow(row) == 0) {
-      (*_groups[static_cast<std::size_t>(row / kGroupRows)])[static_cast<std::size_t>(row % kGroupRows)] = RowBlock();
-    }
+    if (lastInRow(row) == 0) eraseRow(row);
   }
 }
 

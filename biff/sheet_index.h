@@ -31,6 +31,10 @@ class SheetIndex {
   // First column of the row whose word has bit 0 set, and one past the last; 0 for a row without any.
   int firstInRow(int row) const;
   int lastInRow(int row) const;
+  // Gives a row the words of another, which is left without any.
+  void moveRow(int from, int to);
+  // Frees the block of a row.
+  void eraseRow(int row);
   // Frees the blocks of rows without a set word.
   void prune();
   void clear();
@@ -62,6 +66,8 @@ class SheetIndex {
   using Group = std::array<RowBlock, kGroupRows>;
 
   const RowBlock* find(int row) const;
+  // The block's place, made on demand.
+  RowBlock& blockOf(int row);
 
   std::array<std::unique_ptr<Group>, kBiffRows / kGroupRows> _groups;
 };
