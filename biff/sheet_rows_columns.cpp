@@ -15,7 +15,7 @@ namespace {
 constexpr int kTwipsPerPoint = 20;
 constexpr int kMostTwips = 8192;
 constexpr std::uint16_t kNoStandardWidth = 0xFFFF;
-constexpr double kMostFittedChars = 255;  // the widest column of the format
+constexpr double kMostFittedChars = 250;  // with any digit width this stays within 16 bits of 1/256 digits
 constexpr int kDefaultPoints = 10;
 
 void checkRow(int row) {
