@@ -111,6 +111,9 @@ class BookImplT final : public IBookT<char16_t> {
   void replaceSharedString(std::uint32_t& isst, std::u16string_view text);
   // Counts the users of shared strings anew when they are asked for next.
   void forgetStringUse() { _stringUse.clear(); }
+  // The metrics that columns are measured by, the platform's own unless others were given.
+  platform::TextMetrics& textMetrics();
+  void setTextMetrics(std::unique_ptr<platform::TextMetrics> metrics);
   // Pixels of the widest digit of the default font as it was after the last load or setDefaultFont.
   int digitWidth();
   // 0-based position of a sheet of this book, -1 for another.

@@ -85,11 +85,18 @@ void BookImplT::rememberDefaultFont() {
   if (name != nullptr) _measuredFont = name;
 }
 
+platform::TextMetrics& BookImplT::textMetrics() {
+  if (_metrics == nullptr) _metrics = platform::createTextMetrics();
+  return *_metrics;
+}
+
+void BookImplT::setTextMetrics(std::unique_ptr<platform::TextMetrics> metrics) {
+  _metrics = std::move(metrics);
+  rememberDefaultFont();
+}
+
 int BookImplT::digitWidth() {
-  if (_digitWidth == 0) {
-    if (_metrics == nullptr) _metrics = platform::createTextMetrics();
-    _digitWidth = _metrics->digitWidth({_measuredFont, _measuredPoints, false});
-  }
+  if (_digitWidth == 0) _digitWidth = textMetrics().digitWidth({_measuredFont, _measuredPoints, false});
   return _digitWidth;
 }
 

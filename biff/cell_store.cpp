@@ -81,6 +81,12 @@ void CellStore::move(int fromRow, int fromCol, int toRow, int toCol) {
   });
 }
 
+void CellStore::moveRow(int from, int to) {
+  _index.moveRow(from, to);
+  _index.forEachInRow(
+      to, [&](int, std::uint32_t bits) { visitCell(*this, CellWord{bits}, [&](auto& cell) { cell.row = u16(to); }); });
+}
+
 std::uint16_t CellStore::xf(CellWord word) const {
   std::uint16_t found = kDefaultCellXf;
   visitCell(*this, word, [&](const auto& cell) { found = cell.xf; });

@@ -63,7 +63,10 @@ class CellStore {
   void addLabel(const LabelCell& cell);
   // Forgets the cell of a place.
   void erase(int row, int col);
-  // Gives a place the word of another, whose cell gets the new place; the old place is left empty. Kinds 1 to 6.
+  void eraseRow(int row) { _index.eraseRow(row); }
+  // Gives a row the cells of another, which is left empty.
+  void moveRow(int from, int to);
+  // Gives a place the word of another, whose cell gets the new place; the old place is left empty.
   void move(int fromRow, int fromCol, int toRow, int toCol);
 
   RkCell& rk(CellWord word) { return _rk[word.index()]; }

@@ -22,6 +22,16 @@ class ColumnTable {
   // The XF index of the column, kNoFormat when none of its own. Columns 0 to 256.
   int format(int col) const { return _formats[static_cast<std::size_t>(col)]; }
   void append(const ColInfo& info);
+  // Divides the entries that lie across the ends of a range of columns, and gives its columns that have no entry one
+  // like `fresh`. Followed by refreshFormats().
+  void isolate(int first, int last, const ColInfo& fresh);
+  // Calls visit(entry) for each entry that lies wholly within the range. Followed by refreshFormats() when it changes.
+  template <class Visit>
+  void forEachWithin(int first, int last, Visit&& visit) {
+    for (ColInfo& info : _infos) {
+      if (first <= info.colFirst && info.colLast <= last) visit(info);
+    }
+  }
   // Sorts by first column and takes the formats anew.
   void refreshFormats();
   void clear();
@@ -30,6 +40,8 @@ class ColumnTable {
   // One more than a sheet has columns: files describe the column behind the last one too.
   static constexpr std::size_t kFormatColumns = 257;
   void takeFormat(const ColInfo& info);
+  // Divides the entries that hold both `col` and the column before it.
+  void divideAt(int col);
 
   std::vector<ColInfo> _infos;
   std::array<std::int32_t, kFormatColumns> _formats;

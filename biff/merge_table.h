@@ -5,14 +5,12 @@
 #include <span>
 #include <vector>
 
+#include "biff/cell_range.h"
 #include "compound/xls.h"
 
 namespace rubrica {
 
-struct MergedRange {
-  std::uint16_t rowFirst = 0, rowLast = 0, colFirst = 0, colLast = 0;
-  bool holds(int row, int col) const { return rowFirst <= row && row <= rowLast && colFirst <= col && col <= colLast; }
-};
+using MergedRange = CellRange;
 
 class MergeTable {
  public:
@@ -21,6 +19,13 @@ class MergeTable {
   std::vector<std::vector<MergedRange>>& blocks() { return _blocks; }
   const std::vector<std::vector<MergedRange>>& blocks() const { return _blocks; }
   void add(const MergedRange& range);
+  std::size_t size() const;
+  // The first range that holds the cell; null when none does.
+  const MergedRange* find(int row, int col) const;
+  // The range at an index that counts across blocks; null past the last.
+  const MergedRange* at(std::size_t index) const;
+  // Removes a range that find() or at() gave.
+  void erase(const MergedRange* range);
   // Reads one MergeCells record as one block; a count that the record doesn't hold throws.
   void read(std::span<const std::byte> bytes);
   void write(Xls& xls) const;

@@ -32,11 +32,22 @@ void readText(XLUnicodeString& text, Xls& xls, std::uint16_t size, BookState& st
   xls.skip(remaining);
 }
 
+// Text too long for one record goes on in CONTINUE records.
 void writeText(Xls& xls, std::uint16_t recordId, bool present, const XLUnicodeString& text) {
   if (!present) return;
-  const bool empty = text.cch == 0;
-  xls.writeHeader(recordId, static_cast<std::uint16_t>(empty ? 0 : text.size()));
-  if (!empty) text.write(xls);
+  if (text.cch == 0) return xls.writeHeader(recordId, 0);
+  if (text.size() <= kMaxRecordSize) {
+    xls.writeHeader(recordId, static_cast<std::uint16_t>(text.size()));
+    return text.write(xls);
+  }
+  constexpr std::size_t kHeadSize = sizeof(text.cch) + 1;
+  std::uint16_t room = kMaxRecordSize - 1;  // whole characters in every part
+  const std::size_t characters = text.cch * sizeof(char16_t);
+  xls.writeHeader(recordId, room);
+  xls.writeInt16(text.cch);
+  xls.writeInt8(text_flags::kHighByte);
+  room = static_cast<std::uint16_t>(room - kHeadSize);
+  xls.writeWithContinueRecords(text.text, characters, room, characters);
 }
 
 // BIFF5 entries are the positions alone; they break the whole sheet.
@@ -112,6 +123,25 @@ bool PageLayout::read(Xls& xls, std::uint16_t recordId, std::uint16_t size, Book
 void PageLayout::writeBreaks(Xls& xls) const {
   writeBreakRecord(xls, id::kHorzPageBreaks, horzBreaks);
   writeBreakRecord(xls, id::kVertPageBreaks, vertBreaks);
+}
+
+void PageLayout::moveBreaks(const LineMove& move) {
+  const auto moveAll = [&](std::vector<PageBreak>& breaks, bool alongMove) {
+    std::erase_if(breaks, [&](PageBreak& entry) {
+      const int position = entry.position;
+      const auto moved = alongMove ? (move.ofRows() ? move.mapRow(position) : move.mapCol(position)) : position;
+      if (!moved) return true;
+      entry.position = static_cast<std::uint16_t>(*moved);
+      if (alongMove) return false;
+      const auto extent = move.mapSpan(entry.start, entry.end);
+      if (!extent) return true;
+      entry.start = static_cast<std::uint16_t>(extent->first);
+      entry.end = static_cast<std::uint16_t>(extent->last);
+      return false;
+    });
+  };
+  moveAll(horzBreaks, move.ofRows());
+  moveAll(vertBreaks, !move.ofRows());
 }
 
 void PageLayout::write(Xls& xls) const {

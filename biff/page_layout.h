@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "biff/book_state.h"
+#include "biff/line_move.h"
 #include "biff/records/sheet_records.h"
 #include "biff/unicode_string.h"
 #include "compound/xls.h"
@@ -18,6 +19,9 @@ namespace rubrica {
 struct PageBreak {
   std::uint16_t position = 0, start = 0, end = 0;
 };
+
+// A record holds this many breaks and no more.
+inline constexpr std::size_t kMostPageBreaks = 1026;
 
 enum class Margin { left, right, top, bottom };
 
@@ -36,6 +40,8 @@ struct PageLayout {
   // Takes a record of this subject; false when the id is none of its own.
   bool read(Xls& xls, std::uint16_t recordId, std::uint16_t size, BookState& state);
   void writeBreaks(Xls& xls) const;
+  // Breaks go with their rows and columns.
+  void moveBreaks(const LineMove& move);
   void write(Xls& xls) const;
 };
 

@@ -111,12 +111,32 @@ void SheetImplT::setCellFormat(int row, int col, FormatPtr format) {
   });
 }
 
-double SheetImplT::numberAt(CellWord word) {
+std::optional<double> SheetImplT::numberIn(CellWord word) {
   if (word.kind() == CellKind::rk) return decodeRk(_cells.rk(word).rk);
   if (word.kind() == CellKind::number) return _cells.number(word).value;
   if (word.kind() == CellKind::formula && _cells.formula(word).value.isNumber())
     return _cells.formula(word).value.number();
-  throw xlerror("this cell doesn't contain a number");
+  return std::nullopt;
+}
+
+double SheetImplT::numberAt(CellWord word) {
+  const auto number = numberIn(word);
+  if (!number) throw xlerror("this cell doesn't contain a number");
+  return *number;
+}
+
+SheetImplT::Text SheetImplT::textAt(CellWord word) {
+  Text text = nullptr;
+  if (word.kind() == CellKind::labelSst) {
+    text = _book->sst().text(_cells.labelSst(word).isst);
+  } else if (word.kind() == CellKind::label) {
+    text = _cells.label(word).text.text;
+  } else if (word.kind() == CellKind::formula && cachedType(_cells.formula(word).value) == CellType::string) {
+    text = _cells.formula(word).text;
+  } else {
+    return nullptr;
+  }
+  return text == nullptr ? u"" : text;
 }
 
 double SheetImplT::readNum(int row, int col, FormatPtr* format) {
@@ -158,18 +178,10 @@ SheetImplT::Text SheetImplT::readStr(int row, int col, FormatPtr* format) {
   if (format != nullptr) *format = nullptr;
   return guarded(state(), Text{}, [&]() -> Text {
     const CellWord word = cellAt(row, col);
-    Text text = nullptr;
-    if (word.kind() == CellKind::labelSst) {
-      text = _book->sst().text(_cells.labelSst(word).isst);
-    } else if (word.kind() == CellKind::label) {
-      text = _cells.label(word).text.text;
-    } else if (word.kind() == CellKind::formula && cachedType(_cells.formula(word).value) == CellType::string) {
-      text = _cells.formula(word).text;
-    } else {
-      throw xlerror("this cell doesn't contain a string");
-    }
+    const Text text = textAt(word);
+    if (text == nullptr) throw xlerror("this cell doesn't contain a string");
     giveFormat(word, format);
-    return text == nullptr ? u"" : text;
+    return text;
   });
 }
 
@@ -286,14 +298,6 @@ void SheetImplT::clearCells(int rowFirst, int rowLast, int colFirst, int colLast
       _cells.erase(row, col);
     }
   }
-}
-
-void SheetImplT::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
-  guarded(state(), [&] {
-    checkCell(rowFirst, colFirst);
-    checkCell(rowLast, colLast);
-    clearCells(rowFirst, rowLast, colFirst, colLast);
-  });
 }
 
 bool SheetImplT::copyCell(int rowSrc, int colSrc, int rowDst, int colDst) {

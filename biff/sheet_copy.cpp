@@ -55,9 +55,9 @@ void SheetImplT::copyContent(SheetImplT& source) {
   book->forgetStringUse();
 }
 
-// Cells, rows, columns, merges and page setup. Texts and formats are entered into this book; a formula that refers to
-// other sheets or to names keeps its value alone, as what it refers to isn't here. What is carried as raw records
-// (links, drawings, features) refers to its own book and stays there.
+// Cells, rows, columns, merges, links, marks and page setup. Texts and formats are entered into this book; a formula
+// that refers to other sheets or to names keeps its value alone, as what it refers to isn't here. What is carried as
+// raw records (drawings among it) refers to its own book and stays there.
 void SheetImplT::adoptFromOtherBook(SheetImplT& source) {
   boost::unordered_flat_map<std::uint16_t, std::uint16_t> formats;
   const auto xfHere = [&](std::uint16_t xf) {
@@ -72,6 +72,8 @@ void SheetImplT::adoptFromOtherBook(SheetImplT& source) {
   _defaultRowHeight = source._defaultRowHeight;
   _dimensions = source._dimensions;
   _merges = source._merges;
+  _hyperlinks = source._hyperlinks;
+  _features = source._features;
   _view = source._view;
   _protection = source._protection;
   _page = source._page;

@@ -146,11 +146,15 @@ bool SheetImplT::copyFormula(CellWord source, int rowDst, int colDst) {
     widenDimensions(rowDst, colDst);
     return true;
   }
-  copy.tokenSize = static_cast<std::uint16_t>(own.tokenSize);
-  copy.expression = state().pool.copyBytes(rawBytes(own.bytes));
-  copy.grbit = static_cast<std::uint16_t>(copy.grbit & ~FormulaCell::kSharedFormula);
+  holdOwnExpression(copy, own);
   putFormula(copy);
   return true;
+}
+
+void SheetImplT::holdOwnExpression(FormulaCell& cell, const Expression& own) {
+  cell.tokenSize = static_cast<std::uint16_t>(own.tokenSize);
+  cell.expression = state().pool.copyBytes(rawBytes(own.bytes));
+  cell.grbit = static_cast<std::uint16_t>(cell.grbit & ~FormulaCell::kSharedFormula);
 }
 
 void SheetImplT::addCachedValue(const FormulaCell& cell) {

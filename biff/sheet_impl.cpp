@@ -10,20 +10,6 @@ namespace {
 
 constexpr int kMostSheetState = 2;
 
-// A FeatHdr of shared feature type 2, protection, with its option mask.
-RawRecord enhancedProtection(std::uint32_t options) {
-  constexpr std::uint16_t kIsfProtection = 2;
-  constexpr std::uint32_t kAllData = 0xFFFFFFFF;
-  RecordBuffer<32> buffer;
-  buffer.put(id::kFeatHdr);
-  buffer.put(std::array<std::uint8_t, 10>{});  // the rest of the future record header
-  buffer.put(kIsfProtection);
-  buffer.put(std::uint8_t{1});
-  buffer.put(kAllData);
-  buffer.put(options);
-  return RawRecord::of(id::kFeatHdr, {buffer.data(), buffer.size()});
-}
-
 }  // namespace
 
 SheetImplT::SheetImplT(BookImplT& book, std::u16string name) : _book(&book), _name(std::move(name)) {
@@ -51,7 +37,7 @@ void SheetImplT::setProtect(bool protect, Text password, int enhanced) {
     if (enhanced < 0) return;
     _protection.objProtect = (enhanced & 1) == 0 ? 1 : 0;
     _protection.scenProtect = (enhanced & 2) == 0 ? 1 : 0;
-    _features.push_back(enhancedProtection(static_cast<std::uint32_t>(enhanced)));
+    _features.addProtection(static_cast<std::uint32_t>(enhanced));
   });
 }
 

@@ -1,11 +1,12 @@
 // SheetImplT: one sheet of an .xls book, over compact tables of BIFF records. State that belongs to one subject is an
 // object of its own (cells, rows, columns, merges, page layout, view, protection); the operations of the interface are
-// grouped by subject into sheet_cells.cpp, sheet_formulas.cpp, sheet_rows_columns.cpp, sheet_ranges.cpp,
-// sheet_page.cpp, sheet_names.cpp, sheet_links.cpp and sheet_drawing.cpp; loading and saving stand in sheet_load.cpp
-// and sheet_save.cpp. Owned by its book.
+// grouped by subject into sheet_cells.cpp, sheet_formulas.cpp, sheet_rows_columns.cpp, sheet_outline.cpp,
+// sheet_breaks.cpp, sheet_ranges.cpp, sheet_moves.cpp, sheet_page.cpp, sheet_names.cpp, sheet_links.cpp and
+// sheet_drawing.cpp; loading and saving stand in sheet_load.cpp and sheet_save.cpp. Owned by its book.
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,12 +15,15 @@
 #include "biff/column_table.h"
 #include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
+#include "biff/hlink.h"
+#include "biff/line_move.h"
 #include "biff/merge_table.h"
 #include "biff/page_layout.h"
 #include "biff/records/global_records.h"
 #include "biff/records/record_io.h"
 #include "biff/records/sheet_records.h"
 #include "biff/row_table.h"
+#include "biff/shared_features.h"
 #include "biff/sheet_protection.h"
 #include "biff/sheet_view.h"
 #include "engine/sheet.h"
@@ -250,6 +254,54 @@ class SheetImplT final : public ISheetT<char16_t> {
   void widenDimensions(int row, int col);
   void clearCells(int rowFirst, int rowLast, int colFirst, int colLast);
   double numberAt(CellWord word);
+  // The number of a cell, or its text; nothing and null for other kinds.
+  std::optional<double> numberIn(CellWord word);
+  Text textAt(CellWord word);
+
+  // ---- Rows and columns (sheet_rows_columns.cpp, sheet_outline.cpp)
+
+  // The width of a column that has none of its own.
+  std::uint16_t defaultStoredWidth();
+  // An entry as a column gets it that had none.
+  ColInfo freshColumn();
+  // The row's entry; a new one has the sheet's default height.
+  RowRecord& rowEntry(int row);
+  // Sets width, hiding and, where given, the format of columns.
+  void writeColumns(int colFirst, int colLast, std::uint16_t stored, std::optional<std::uint16_t> xf, bool hidden);
+  // The width that fits the column to its cells; nothing when texts can't be measured.
+  std::optional<std::uint16_t> fittedWidth(int col);
+
+  // ---- Ranges (sheet_ranges.cpp)
+
+  // Throw "rowFirst must be in range 0-65535" and the like.
+  static void checkRows(int rowFirst, int rowLast);
+  static void checkCols(int colFirst, int colLast);
+  void addMerge(const MergedRange& range);
+
+  // ---- Inserting and removing lines (sheet_moves.cpp)
+  struct ColumnSetting {
+    std::uint16_t stored = 0;  // width
+    bool hidden = false;
+    bool operator==(const ColumnSetting&) const = default;
+  };
+  void moveLines(const LineMove& move, bool updateNamedRanges);
+  void keepReferences(const LineMove& move);
+  // Gives a cell of a shared formula tokens of its own, with its references resolved for its place.
+  void unshare(FormulaCell& cell);
+  void moveRowsOfCells(const LineMove& move);
+  void moveColumnsOfCells(const LineMove& move);
+  void moveRowEntries(const LineMove& move);
+  ColumnSetting columnSetting(int col);
+  void moveColumnSettings(const LineMove& move);
+  void moveDimensions(const LineMove& move);
+  void moveMerges(const LineMove& move);
+  void moveDefinitions(const LineMove& move);
+
+  // ---- Links and marks (sheet_links.cpp)
+  // Throws "index is out of range".
+  HLink& linkAt(int index);
+  // The SheetExt record, made on demand.
+  RawRecord& sheetExt();
 
   // ---- Formulas (sheet_formulas.cpp)
 
@@ -266,6 +318,8 @@ class SheetImplT final : public ISheetT<char16_t> {
   };
   // What a cell would hold on its own: the expression of its shared or array formula, offsets resolved for its place.
   Expression ownExpression(const FormulaCell& cell);
+  // Makes it the cell's expression.
+  void holdOwnExpression(FormulaCell& cell, const Expression& own);
   // Stores the cached value of a formula cell in place of the formula.
   void addCachedValue(const FormulaCell& cell);
   bool copyFormula(CellWord source, int rowDst, int colDst);
@@ -320,17 +374,19 @@ class SheetImplT final : public ISheetT<char16_t> {
   PageLayout _page;
   SheetView _view;
   SheetProtection _protection;
+  std::vector<HLink> _hyperlinks;
+  SharedFeatures _features;
+  FormulaRange _autoFitArea{0, -1, 0, -1};  // what setCol measures; a negative end is that of the sheet
   // Records of subjects that are carried as they came, in file order within each list.
   std::vector<RawRecord> _rawMembers;    // one or more of an id with a place of its own
   std::vector<RawRecord> _drawing;       // drawing records with their objects and texts
   std::vector<RawRecord> _notes;         // cell comments
-  std::vector<RawRecord> _hyperlinks;    // links, each with its CONTINUE records
   std::vector<RawRecord> _phonetic;      // PhoneticInfo
-  std::vector<RawRecord> _features;      // shared features
   std::vector<RawRecord> _otherRecords;  // everything else
   std::u16string _addressText;
   std::u16string _formulaText;
   std::u16string _rangeName;
+  std::u16string _hyperlinkText;
 };
 
 template <class Result>

@@ -1,6 +1,7 @@
 #include "biff/sheet_index.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/xlerror.h"
 
@@ -51,11 +52,15 @@ void SheetIndex::cover(RowBlock& block, unsigned col) {
 
 std::uint32_t& SheetIndex::makeSlot(unsigned row, unsigned col) {
   if (col >= kBiffCols) throw xlerror("SheetIndex: col can't be more than 255");
-  auto& group = _groups[row / kGroupRows];
-  if (group == nullptr) group = std::make_unique<Group>();
-  RowBlock& block = (*group)[row % kGroupRows];
+  RowBlock& block = blockOf(row);
   cover(block, col);
   return block.words[col - block.first];
+}
+
+SheetIndex::RowBlock& SheetIndex::blockOf(unsigned row) {
+  auto& group = _groups[row / kGroupRows];
+  if (group == nullptr) group = std::make_unique<Group>();
+  return (*group)[row % kGroupRows];
 }
 
 int SheetIndex::firstInRow(int row) const {
@@ -89,10 +94,19 @@ int SheetIndex::nextRow(int row) const {
   return kBiffRows;
 }
 
+void SheetIndex::moveRow(int from, int to) {
+  if (from == to) return;
+  if (find(from) == nullptr) return eraseRow(to);
+  blockOf(static_cast<unsigned>(to)) = std::exchange(blockOf(static_cast<unsigned>(from)), RowBlock());
+}
+
+void SheetIndex::eraseRow(int row) {
+  if (find(row) != nullptr) blockOf(static_cast<unsigned>(row)) = RowBlock();
+}
+
 void SheetIndex::prune() {
   for (int row = nextRow(0); row < kBiffRows; row = nextRow(row + 1)) {
-    const auto r = static_cast<unsigned>(row);
-    if (lastInRow(row) == 0) (*_groups[r / kGroupRows])[r % kGroupRows] = RowBlock();
+    if (lastInRow(row) == 0) eraseRow(row);
   }
 }
 

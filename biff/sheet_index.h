@@ -47,6 +47,10 @@ class SheetIndex {
   // First column of the row whose word has bit 0 set, and one past the last; 0 for a row without any.
   int firstInRow(int row) const;
   int lastInRow(int row) const;
+  // Gives a row the words of another, which is left without any.
+  void moveRow(int from, int to);
+  // Gives up the block of a row.
+  void eraseRow(int row);
   // Gives up the blocks of rows without a set word.
   void prune();
   void clear();
@@ -83,6 +87,8 @@ class SheetIndex {
     const RowBlock& block = (*group)[r % kGroupRows];
     return block.size == 0 ? nullptr : &block;
   }
+  // The block's place, made on demand.
+  RowBlock& blockOf(unsigned row);
   std::uint32_t& makeSlot(unsigned row, unsigned col);
   void cover(RowBlock& block, unsigned col);
   // Zeroed words from the last slab.

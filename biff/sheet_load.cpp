@@ -74,6 +74,8 @@ void SheetImplT::resetForLoad() {
   _rows.clear();
   _columns.clear();
   _merges.clear();
+  _hyperlinks.clear();
+  _features.clear();
   _dimensions = {};
 }
 
@@ -135,6 +137,9 @@ void SheetImplT::loadRecord(Xls& xls, LoadState& load, std::uint16_t recordId, s
       return loadIndex(xls.view(size));
     case id::kMergeCells:
       return _merges.read(xls.view(size));
+    case id::kHLink:
+      _hyperlinks.push_back(HLink::read(xls, size));
+      return;
     case id::kDbCell: {
       // Stream offsets of a block of rows: of no use once cells move, so checked and dropped.
       if (size < 4 || size % 2 != 0) throwSizeIsIncorrect("DBCell");
@@ -145,7 +150,7 @@ void SheetImplT::loadRecord(Xls& xls, LoadState& load, std::uint16_t recordId, s
       break;
   }
   if (_page.read(xls, recordId, size, state()) || _view.read(xls, recordId, size) ||
-      _protection.read(xls, recordId, size))
+      _protection.read(xls, recordId, size) || _features.read(xls, recordId, size))
     return;
   const bool isWord =
       std::any_of(std::begin(kWords), std::end(kWords), [&](const auto& slot) { return slot.recordId == recordId; });
@@ -170,16 +175,8 @@ bool SheetImplT::loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t siz
     case id::kNote:
       list = state().isBiff5() ? nullptr : &_notes;
       break;
-    case id::kHLink:
-      list = &_hyperlinks;
-      break;
     case id::kPhoneticInfo:
       list = &_phonetic;
-      break;
-    case id::kFeatHdr:
-    case id::kFeat:
-    case id::kFeatHdr11:
-      list = &_features;
       break;
     default:
       if (recordId == id::kSheetExt ||
@@ -190,12 +187,6 @@ bool SheetImplT::loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t siz
   if (list == nullptr) return false;
   list->push_back(RawRecord::of(recordId, xls.view(size)));
   takeContinues(xls, *list);
-  while (list == &_features && xls.peekRecordId() == id::kContinueFrt) {
-    std::uint16_t next = 0, length = 0;
-    xls.readInt16(next);
-    xls.readInt16(length);
-    list->push_back(RawRecord::of(next, xls.view(length)));
-  }
   return true;
 }
 

@@ -15,6 +15,10 @@ void setBit(std::uint16_t& bits, std::uint16_t mask, bool on) {
   bits = word(on ? bits | mask : bits & ~mask);
 }
 
+const char16_t* textOrEmpty(const XLUnicodeString& string) {
+  return string.text == nullptr ? u"" : string.text;
+}
+
 }  // namespace
 
 bool SheetImplT::displayGridlines() {
@@ -78,7 +82,7 @@ void SheetImplT::setPaper(int paper) {
 }
 
 SheetImplT::Text SheetImplT::header() {
-  return guarded(state(), Text{}, [&] { return _page.header.text; });
+  return guarded(state(), Text{}, [&] { return textOrEmpty(_page.header); });
 }
 
 bool SheetImplT::setHeader(Text header, double margin) {
@@ -95,7 +99,7 @@ double SheetImplT::headerMargin() {
 }
 
 SheetImplT::Text SheetImplT::footer() {
-  return guarded(state(), Text{}, [&] { return _page.footer.text; });
+  return guarded(state(), Text{}, [&] { return textOrEmpty(_page.footer); });
 }
 
 bool SheetImplT::setFooter(Text footer, double margin) {

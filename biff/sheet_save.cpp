@@ -232,13 +232,13 @@ void SheetImplT::saveTail(Xls& xls) {
   if (_words.standardWidth != 0xFFFF) writeWord(xls, id::kStandardWidth, _words.standardWidth);
   _merges.write(xls);
   writeAll(_phonetic);
-  writeAll(_hyperlinks);
+  for (const HLink& link : _hyperlinks) link.write(xls);
   saveRawMember(xls, 442);
   saveRawMember(xls, id::kSheetExt);
   for (const RawRecord& record : _otherRecords) {
     if (record.recordId != id::kPrinterSettings) writeRaw(xls, record);
   }
-  writeAll(_features);
+  _features.write(xls);
   xls.writeHeader(id::kEof, 0);
 }
 

@@ -53,6 +53,20 @@ int Palette::pack(int red, int green, int blue) {
   return static_cast<int>(position) + kFirstIndex;
 }
 
+int Palette::nearest(int red, int green, int blue) const {
+  const auto distance = [&](std::uint32_t entry) {
+    const std::int64_t differences[] = {std::int64_t{entry & 0xFF} - red, std::int64_t{entry >> 8 & 0xFF} - green,
+                                        std::int64_t{entry >> 16 & 0xFF} - blue};
+    std::int64_t sum = 0;
+    for (const std::int64_t difference : differences) sum += difference * difference;
+    return sum;
+  };
+  const auto end = _entries.begin() + static_cast<std::ptrdiff_t>(std::min(_entries.size(), kSize));
+  const auto found = std::min_element(_entries.begin(), end,
+                                      [&](std::uint32_t a, std::uint32_t b) { return distance(a) < distance(b); });
+  return static_cast<int>(found - _entries.begin()) + kFirstIndex;
+}
+
 void Palette::unpack(int color, int* red, int* green, int* blue) const {
   const unsigned position = static_cast<unsigned>(color) - unsigned{kFirstIndex};
   if (position >= _entries.size()) throw xlerror("invalid vector<T> subscript");

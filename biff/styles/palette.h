@@ -21,6 +21,8 @@ class Palette {
   // The index of the first entry of this colour. A colour that is in no entry overwrites the first entry that was not
   // handed out yet, in use by a fixed index or not. Throws xlerror when all 56 have been handed out.
   int pack(int red, int green, int blue);
+  // The index of the entry nearest to a colour; nothing changes.
+  int nearest(int red, int green, int blue) const;
   // Throws xlerror for an index without an entry; each out pointer may be null.
   void unpack(int color, int* red, int* green, int* blue) const;
 
