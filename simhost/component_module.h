@@ -1,5 +1,5 @@
-// A component loaded by path: the one function that it exports, and its string resources. Owns the loaded module, and
-// ends it when it goes. Used by the component host.
+// A component loaded by path: the one function that it exports, and its string resources. Owns its use of
+// the module, whose code stays loaded until the process ends. Used by the component host.
 #pragma once
 
 #include <string>

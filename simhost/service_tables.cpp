@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 #include "simhost/component_call.h"
 #include "simhost/component_host.h"
@@ -181,7 +182,12 @@ void writeReference(FieldHandle field, ObjectHandle object) {
 }
 
 void writeConstant(FieldHandle field, const char32_t* name, std::size_t length) {
-  write(field, ComponentHost::current().constant(utf8FromText({name, length})).value_or(Value()));
+  const std::optional<Value> known = ComponentHost::current().constant(utf8FromText({name, length}));
+  if (known) {
+    write(field, *known);
+  } else {
+    write(field, Value());
+  }
 }
 
 // ---- Lists
