@@ -9,6 +9,7 @@ namespace rubrica {
 
 std::optional<std::uint16_t> BookFormulaAccess::externSheetIndex(std::u16string_view sheetName) {
   if (const auto position = _book->findSheet(sheetName)) return _book->links().selfReference(*position, *position);
+  if (const auto external = _book->links().externalReference(sheetName)) return external;
   const std::size_t colon = sheetName.find(u':');
   if (colon == std::u16string_view::npos) return std::nullopt;
   const auto first = _book->findSheet(sheetName.substr(0, colon));
@@ -36,21 +37,25 @@ std::optional<std::uint32_t> BookFormulaAccess::findName(std::u16string_view nam
 std::optional<std::u16string> BookFormulaAccess::nameText(std::uint32_t index) const {
   const auto& names = _book->names().names();
   if (index >= names.size()) return std::nullopt;
-  return names[index].displayName();
+  return std::u16string(names[index].displayName());
 }
 
 std::u16string BookFormulaAccess::sheetPart(std::uint16_t externSheetIndex) const {
+  if (const auto external = _book->links().externalText(externSheetIndex)) return formula::quotedSheetName(*external);
   const Xti* xti = _book->links().xti(externSheetIndex);
   const auto count = static_cast<int>(_book->boundSheetCount());
-  const auto& supBooks = _book->links().supBooks();
-  const bool known = xti != nullptr && xti->iSupBook < supBooks.size() && supBooks[xti->iSupBook].isSelf() &&
-                     xti->first >= 0 && xti->last >= xti->first && xti->last < count;
+  const bool known =
+      _book->links().isOwn(externSheetIndex) && xti->first >= 0 && xti->last >= xti->first && xti->last < count;
   if (!known) return std::u16string(formula::kRefErrorText);
   return formula::sheetPartText(_book->boundSheetName(xti->first), _book->boundSheetName(xti->last));
 }
 
 std::optional<std::uint16_t> BookFormulaAccess::externSheetIndex(std::int16_t externIndex, std::uint16_t firstSheet,
                                                                  std::uint16_t lastSheet) {
+  constexpr std::uint16_t kDeleted = 0xFFFF;
+  if (externIndex < 0 && (firstSheet == kDeleted || lastSheet == kDeleted)) {
+    return _book->links().selfReference(LinkTable::kDeletedSheet, LinkTable::kDeletedSheet);
+  }
   const auto count = _book->boundSheetCount();
   if (externIndex >= 0 || firstSheet >= count || lastSheet >= count) return std::nullopt;
   return _book->links().selfReference(firstSheet, lastSheet);

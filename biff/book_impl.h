@@ -30,6 +30,8 @@ struct BoundSheet8 {
   std::uint32_t lbPlyPos = 0;
   std::uint8_t hsState = 0, dt = 0;
   ShortXLUnicodeString name;
+
+  static constexpr std::uint8_t kChart = 2;
 };
 
 class BookImplT final : public IBookT<char16_t> {
@@ -97,6 +99,10 @@ class BookImplT final : public IBookT<char16_t> {
   StrMap& sst() { return _sst; }
   LinkTable& links() { return _links; }
   NameTable& names() { return _names; }
+  // Takes a name out of the table; formulas that use it hold a reference error from then on.
+  void removeName(std::size_t index);
+  // Gives all formulas, those of names too, the new indexes of the names that they use.
+  void renumberNames(const NameMapping& mapping);
   BookFormulaAccess& formulaAccess() { return _formulaAccess; }
   // Adds a text for a new table row of a sheet, and gives its index.
   std::uint32_t addSharedString(std::u16string_view text);
@@ -148,6 +154,9 @@ class BookImplT final : public IBookT<char16_t> {
 
   // ---- Sheets (book_sheets.cpp)
   ISheetT<char16_t>* insertSheetAt(int index, Text name, ISheetT<char16_t>* initSheet);
+  // Gives a sheet that was copied within the book its own copies of the source's names.
+  void cloneNames(int fromSheet, int toSheet);
+  void renumberSheets(const std::function<int(int)>& mapping);
   void activate(int index);
   void rebuildTabIds();
   void countStringUse();

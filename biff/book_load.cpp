@@ -185,7 +185,7 @@ void BookImplT::loadTabIds(std::uint16_t size) {
   for (std::uint16_t tab = 0; body.take(tab);) _tabIds.push_back(tab);
 }
 
-// Substreams follow each other in the order of the bound sheets.
+// Substreams follow each other in the order of the bound sheets. With one sheet alone the others count as removed.
 void BookImplT::loadSheets(const LoadOptions& options) {
   for (int i = 0; i < static_cast<int>(_boundSheets.size()); ++i) {
     const bool wanted = options.sheetIndex == -1 || options.sheetIndex == i;
@@ -193,7 +193,9 @@ void BookImplT::loadSheets(const LoadOptions& options) {
     sheet->load(_xls, wanted ? options.window : RowWindow{0, 0}, options.skipBlanks);
     if (wanted) _sheets.push_back(std::move(sheet));
   }
-  if (options.sheetIndex != -1) _boundSheets = {_boundSheets[static_cast<std::size_t>(options.sheetIndex)]};
+  if (options.sheetIndex == -1) return;
+  _boundSheets = {_boundSheets[static_cast<std::size_t>(options.sheetIndex)]};
+  renumberSheets([&](int position) { return position == options.sheetIndex ? 0 : int{LinkTable::kDeletedSheet}; });
 }
 
 void BookImplT::convertNamesOfBiff5() {

@@ -102,7 +102,9 @@ std::vector<std::uint32_t> BookImplT::saveBoundSheets() {
     _xls.writeHeader(id::kBoundSheet, static_cast<std::uint16_t>(6 + bound.name.size()));
     _xls.writeInt32(bound.lbPlyPos = 0);
     _xls.writeInt8(bound.hsState);
-    _xls.writeInt8(bound.dt);
+    // A worksheet that became a list of records from its embedded chart on is listed as what it is now.
+    const bool isChart = i < _sheets.size() && _sheets[i]->substreamType() == Bof::kChart;
+    _xls.writeInt8(isChart ? BoundSheet8::kChart : bound.dt);
     bound.name.write(_xls);
   }
   return places;

@@ -84,9 +84,8 @@ ISheetT<char16_t>* BookImplT::insertSheetAt(int index, Text name, ISheetT<char16
   _boundSheets.insert(_boundSheets.begin() + index, bound);
   _sheets.insert(_sheets.begin() + index, std::move(sheet));
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
-  _names.renumberSheets(shifted);
-  _links.renumberSheets(shifted);
-  if (sourcePosition >= 0) _names.cloneScope(shifted(sourcePosition), index);
+  renumberSheets(shifted);
+  if (sourcePosition >= 0) cloneNames(shifted(sourcePosition), index);
   if (_sheets.size() == 1) {
     activate(0);
   } else if (_globals.window1.itabCur >= index) {
@@ -154,8 +153,7 @@ bool BookImplT::moveSheet(int srcIndex, int dstIndex) {
       if (target <= position && position < srcIndex) return position + 1;
       return position;
     };
-    _names.renumberSheets(moved);
-    _links.renumberSheets(moved);
+    renumberSheets(moved);
     _globals.window1.itabCur = static_cast<std::uint16_t>(moved(_globals.window1.itabCur));
     return true;
   });
@@ -170,8 +168,7 @@ bool BookImplT::delSheet(int index) {
       if (position == index) return int{LinkTable::kDeletedSheet};
       return position > index ? position - 1 : position;
     };
-    _names.renumberSheets(without);
-    _links.renumberSheets(without);
+    renumberSheets(without);
     _boundSheets.erase(_boundSheets.begin() + index);
     _sheets.erase(_sheets.begin() + index);
     forgetStringUse();

@@ -46,6 +46,7 @@ struct FormulaValue {
   static FormulaValue ofNumber(double value) {
     FormulaValue made;
     std::memcpy(made.bytes.data(), &value, sizeof(value));
+    if (!made.isNumber()) made.bytes[6] = 0xF8;  // a NaN whose bits would say "not a number at all"
     return made;
   }
   static FormulaValue of(Kind kind, std::uint8_t payload = 0) {

@@ -32,6 +32,19 @@ struct Users {
   std::vector<CellWord> cells;
 };
 
+// Whether the definition's range is still that of its users. The cells of an array are all of its range; a shared
+// formula may have a range with other cells in it.
+bool fits(const FormulaDefinition& definition, const Users& used) {
+  const auto range = definitionRange(definition);
+  const FormulaRange& bounds = used.bounds;
+  if (!range || bounds.rowFirst < range->rowFirst || bounds.rowLast > range->rowLast ||
+      bounds.colFirst < range->colFirst || bounds.colLast > range->colLast) {
+    return false;
+  }
+  const int cells = (range->rowLast - range->rowFirst + 1) * (range->colLast - range->colFirst + 1);
+  return definition.recordId != id::kArray || static_cast<std::size_t>(cells) == used.cells.size();
+}
+
 void pointTo(FormulaCell& cell, std::uint16_t row, std::uint16_t col, RecordPool& pool) {
   const auto anchor = formulaAnchor(cell);
   if (anchor && anchor->row == row && anchor->col == col) return;
@@ -88,12 +101,8 @@ FormulaDefinitions::Placement FormulaDefinitions::settle(CellStore& cells, Recor
   boost::unordered_flat_map<std::uint32_t, FormulaDefinition> settled;
   for (auto& [key, used] : users) {
     FormulaDefinition definition = _definitions.at(key);
-    const auto range = definitionRange(definition);
-    const FormulaRange& bounds = used.bounds;
-    if (range && (bounds.rowFirst < range->rowFirst || bounds.rowLast > range->rowLast ||
-                  bounds.colFirst < range->colFirst || bounds.colLast > range->colLast)) {
-      definition = withRange(definition, bounds, pool);
-    }
+    const bool isMoved = key != placeKey(used.firstRow, used.firstCol);
+    if (isMoved || !fits(definition, used)) definition = withRange(definition, used.bounds, pool);
     for (const CellWord word : used.cells) pointTo(cells.formula(word), used.firstRow, used.firstCol, pool);
     settled.insert_or_assign(placeKey(used.firstRow, used.firstCol), definition);
   }
@@ -110,8 +119,9 @@ std::optional<DefinitionTokens> definitionTokens(const FormulaDefinition& defini
   std::uint16_t size = 0;
   if (bytes.size() < sizeOffset + sizeof(size)) return std::nullopt;
   std::memcpy(&size, bytes.data() + sizeOffset, sizeof(size));
-  const auto tokens = bytes.subspan(sizeOffset + sizeof(size));
-  return DefinitionTokens{tokens.first(std::min<std::size_t>(size, tokens.size())), shared};
+  const auto rest = bytes.subspan(sizeOffset + sizeof(size));
+  const std::size_t tokenSize = std::min<std::size_t>(size, rest.size());
+  return DefinitionTokens{rest.first(tokenSize), rest.subspan(tokenSize), shared};
 }
 
 }  // namespace rubrica

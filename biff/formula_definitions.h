@@ -39,17 +39,19 @@ class FormulaDefinitions {
     friend class FormulaDefinitions;
     boost::unordered_flat_map<std::uint32_t, FormulaDefinition> _byCell;
   };
-  // Finds the first user of each definition in row order, points all users to it, and widens a range that no longer
-  // covers its users. Definitions without users are left out.
+  // Finds the first user of each definition in row order, points all users to it, and fits the range to the users where
+  // it no longer is theirs. Definitions without users are left out.
   Placement settle(CellStore& cells, RecordPool& pool);
 
  private:
   boost::unordered_flat_map<std::uint32_t, FormulaDefinition> _definitions;
 };
 
-// The tokens of a shared or array formula's definition, and whether their references are offsets from the cell.
+// The tokens of a shared or array formula's definition, the data of array constants behind them, and whether references
+// are offsets from the cell.
 struct DefinitionTokens {
   std::span<const std::uint8_t> tokens;
+  std::span<const std::uint8_t> constants;
   bool relative = false;
 };
 std::optional<DefinitionTokens> definitionTokens(const FormulaDefinition& definition);

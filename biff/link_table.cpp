@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "biff/name_table.h"
+
 namespace rubrica {
 namespace {
 
@@ -20,13 +22,7 @@ bool SupBookBlock::isSelf() const {
   return payload.size() == kSelfSize && std::equal(payload.end() - 2, payload.end(), std::begin(kSelfMarker));
 }
 
-std::uint16_t LinkTable::selfReference(int first, int last) {
-  const auto self =
-      std::find_if(_supBooks.begin(), _supBooks.end(), [](const SupBookBlock& block) { return block.isSelf(); });
-  const auto supBook = static_cast<std::uint16_t>(self - _supBooks.begin());
-  if (self == _supBooks.end()) {
-    _supBooks.push_back({{std::byte{0}, std::byte{0}, kSelfMarker[0], kSelfMarker[1]}, {}});
-  }
+std::uint16_t LinkTable::reference(std::uint16_t supBook, int first, int last) {
   const auto found = std::find_if(_xtis.begin(), _xtis.end(), [&](const Xti& xti) {
     return xti.iSupBook == supBook && xti.first == first && xti.last == last;
   });
@@ -36,10 +32,47 @@ std::uint16_t LinkTable::selfReference(int first, int last) {
   return static_cast<std::uint16_t>(_xtis.size() - 1);
 }
 
-bool LinkTable::covers(std::uint16_t index, int position) const {
+std::uint16_t LinkTable::selfReference(int first, int last) {
+  const auto self =
+      std::find_if(_supBooks.begin(), _supBooks.end(), [](const SupBookBlock& block) { return block.isSelf(); });
+  const auto supBook = static_cast<std::uint16_t>(self - _supBooks.begin());
+  if (self == _supBooks.end()) {
+    _supBooks.push_back({{std::byte{0}, std::byte{0}, kSelfMarker[0], kSelfMarker[1]}, {}, {}});
+  }
+  return reference(supBook, first, last);
+}
+
+std::optional<std::u16string> LinkTable::externalText(std::uint16_t index) const {
   const Xti* entry = xti(index);
-  return entry != nullptr && entry->iSupBook < _supBooks.size() && _supBooks[entry->iSupBook].isSelf() &&
-         entry->first <= position && position <= entry->last;
+  if (entry == nullptr || entry->iSupBook >= _supBooks.size()) return std::nullopt;
+  const auto& external = _supBooks[entry->iSupBook].external;
+  return external ? external->sheetText(entry->first, entry->last) : std::nullopt;
+}
+
+std::optional<std::uint16_t> LinkTable::externalReference(std::u16string_view sheetText) {
+  for (std::size_t i = 0; i < _xtis.size(); ++i) {
+    const auto index = static_cast<std::uint16_t>(i);
+    if (const auto text = externalText(index); text && sameNameIgnoringCase(*text, sheetText)) return index;
+  }
+  for (std::size_t i = 0; i < _supBooks.size(); ++i) {
+    const auto& external = _supBooks[i].external;
+    const int count = external ? static_cast<int>(external->sheets.size()) : 0;
+    for (int sheet = 0; sheet < count; ++sheet) {
+      if (sameNameIgnoringCase(*external->sheetText(sheet, sheet), sheetText)) {
+        return reference(static_cast<std::uint16_t>(i), sheet, sheet);
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+bool LinkTable::isOwn(std::uint16_t index) const {
+  const Xti* entry = xti(index);
+  return entry != nullptr && entry->iSupBook < _supBooks.size() && _supBooks[entry->iSupBook].isSelf();
+}
+
+bool LinkTable::covers(std::uint16_t index, int position) const {
+  return isOwn(index) && _xtis[index].first <= position && position <= _xtis[index].last;
 }
 
 void LinkTable::renumberSheets(const std::function<int(int)>& mapping) {
@@ -66,6 +99,7 @@ void LinkTable::readSupBook(Xls& xls, std::uint16_t size) {
   if (payload.size() < kSelfSize || payload.size() < size) throw xlerror("SupBookBlock: file is corrupt");
   SupBookBlock& block = _supBooks.emplace_back();
   block.payload.assign(payload.begin(), payload.end());
+  block.external = externalBook(block.payload);
   while (belongsToSupBook(xls.peekRecordId())) {
     std::uint16_t recordId = 0, length = 0;
     xls.readInt16(recordId);
@@ -76,21 +110,30 @@ void LinkTable::readSupBook(Xls& xls, std::uint16_t size) {
   }
 }
 
+// A long table goes on in CONTINUE records, which may begin within an entry.
 void LinkTable::readExternSheet(Xls& xls, std::uint16_t size) {
-  std::uint16_t remaining = size, count = 0;
-  if (size < 2 || xls.readInt16(count, remaining) != 2) throw xlerror("error in record ExternSheet");
+  constexpr std::size_t kCountSize = 2;
+  std::vector<std::byte> bytes;
+  const auto takePart = [&](std::size_t length) {
+    const auto part = xls.view(length);
+    bytes.insert(bytes.end(), part.begin(), part.end());
+  };
+  takePart(size);
+  RecordBody head(bytes);
+  std::uint16_t count = 0;
+  if (!head.take(count) || _xtis.size() + count > kMostXtis) throw xlerror("error in record ExternSheet");
+  const std::size_t wanted = kCountSize + kXtiSize * count;
+  for (std::uint16_t next = 0; bytes.size() < wanted && xls.goNextIfContinue(next); next = 0) takePart(next);
+  if (bytes.size() < wanted) throw xlerror("error in XTI");
+  RecordBody body(bytes);
+  body.take(count);
   for (; count > 0; --count) {
     Xti xti;
-    std::uint16_t first = 0, last = 0;
-    if (xls.readInt16(xti.iSupBook, remaining) != 2 || xls.readInt16(first, remaining) != 2 ||
-        xls.readInt16(last, remaining) != 2) {
-      throw xlerror("error in XTI");
-    }
-    xti.first = static_cast<std::int16_t>(first);
-    xti.last = static_cast<std::int16_t>(last);
+    body.take(xti.iSupBook);
+    body.take(xti.first);
+    body.take(xti.last);
     _xtis.push_back(xti);
   }
-  xls.skip(remaining);
 }
 
 void LinkTable::write(Xls& xls, std::size_t sheetCount) const {

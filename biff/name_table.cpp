@@ -1,6 +1,7 @@
 #include "biff/name_table.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "biff/records/record_io.h"
 
@@ -15,18 +16,22 @@ constexpr std::u16string_view kBuiltInNames[] = {
     u"Criteria",         u"Print_Area",      u"Print_Titles", u"Recorder",       u"Data_Form",
     u"Auto_Activate",    u"Auto_Deactivate", u"Sheet_Title",  u"_FilterDatabase"};
 
-// A declared size never reaches the largest body; the rest of a longer name is read past the record all the same.
+// The record's own body never reaches the largest size; what is longer goes on in CONTINUE records.
 std::uint16_t declaredSize(std::size_t size) {
   return static_cast<std::uint16_t>(size >= kMaxRecordSize ? kMaxRecordSize - 1 : size);
 }
 
+NameMapping identity(std::size_t count) {
+  NameMapping mapping(count);
+  std::iota(mapping.begin(), mapping.end(), 0u);
+  return mapping;
+}
+
 }  // namespace
 
-std::u16string Lbl::displayName() const {
-  if (builtIn() && name.cch == 1 && name.text[0] < std::size(kBuiltInNames)) {
-    return std::u16string(kBuiltInNames[name.text[0]]);
-  }
-  return std::u16string(name.view());
+std::u16string_view Lbl::displayName() const {
+  if (builtIn() && name.cch == 1 && name.text[0] < std::size(kBuiltInNames)) return kBuiltInNames[name.text[0]];
+  return name.view();
 }
 
 namespace {
@@ -72,9 +77,10 @@ void NameTable::read(Xls& xls, std::uint16_t size, BookState& state) {
 
 void NameTable::write(Xls& xls) const {
   for (const Lbl& name : _names) {
-    const std::size_t size =
-        kHeaderSize + (name.name.cch > 0 ? name.name.size() : 0) + name.formula.size() + name.texts.size();
-    xls.writeHeader(id::kLbl, declaredSize(size));
+    const std::size_t head = kHeaderSize + (name.name.cch > 0 ? name.name.size() : 0);
+    const std::size_t size = head + name.formula.size() + name.texts.size();
+    std::uint16_t room = declaredSize(size);
+    xls.writeHeader(id::kLbl, room);
     xls.writeInt16(name.grbit);
     xls.writeInt8(name.chKey);
     xls.writeInt8(static_cast<std::uint8_t>(name.name.cch));
@@ -83,26 +89,59 @@ void NameTable::write(Xls& xls) const {
     xls.writeInt16(name.itab);
     xls.write(name.textCounts.data(), name.textCounts.size());
     if (name.name.cch > 0) name.name.write(xls);
-    xls.write(name.formula.data(), name.formula.size());
-    xls.write(name.texts.data(), name.texts.size());
+    room = static_cast<std::uint16_t>(room - head);
+    xls.writeWithContinueRecords(name.formula.data(), name.formula.size(), room, size - head);
+    xls.writeWithContinueRecords(name.texts.data(), name.texts.size(), room, name.texts.size());
   }
 }
 
-void NameTable::renumberSheets(const std::function<int(int)>& mapping) {
-  std::erase_if(_names, [&](const Lbl& name) { return name.itab > 0 && mapping(name.itab - 1) < 0; });
+std::optional<std::size_t> NameTable::find(std::u16string_view name, std::uint16_t itab) const {
+  for (std::size_t i = 0; i < _names.size(); ++i) {
+    if (_names[i].itab == itab && sameNameIgnoringCase(_names[i].displayName(), name)) return i;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> NameTable::find(BuiltInName name, std::uint16_t itab) const {
+  const char16_t code = static_cast<char16_t>(name);
+  for (std::size_t i = 0; i < _names.size(); ++i) {
+    const Lbl& entry = _names[i];
+    if (entry.itab == itab && entry.builtIn() && entry.name.view() == std::u16string_view(&code, 1)) return i;
+  }
+  return std::nullopt;
+}
+
+NameMapping NameTable::remove(const std::function<bool(const Lbl&)>& goes) {
+  NameMapping mapping(_names.size(), kNoName);
+  std::vector<Lbl> kept;
+  kept.reserve(_names.size());
+  for (std::size_t i = 0; i < _names.size(); ++i) {
+    if (goes(_names[i])) continue;
+    mapping[i] = static_cast<std::uint32_t>(kept.size());
+    kept.push_back(std::move(_names[i]));
+  }
+  _names = std::move(kept);
+  return mapping;
+}
+
+NameMapping NameTable::renumberSheets(const std::function<int(int)>& mapping) {
+  const NameMapping left = remove([&](const Lbl& name) { return name.itab > 0 && mapping(name.itab - 1) < 0; });
   for (Lbl& name : _names) {
-    if (name.itab > 0) name.itab = static_cast<std::uint16_t>(mapping(name.itab - 1) + 1);
+    if (name.itab > 0) name.itab = Lbl::scopeOf(mapping(name.itab - 1));
   }
+  return left;
 }
 
-void NameTable::cloneScope(int fromSheet, int toSheet) {
-  const std::size_t count = _names.size();
-  for (std::size_t i = 0; i < count; ++i) {
-    if (_names[i].itab != fromSheet + 1) continue;
+NameMapping NameTable::cloneScope(int fromSheet, int toSheet) {
+  NameMapping mapping = identity(_names.size());
+  for (std::size_t i = 0; i < mapping.size(); ++i) {
+    if (_names[i].itab != Lbl::scopeOf(fromSheet)) continue;
+    mapping[i] = static_cast<std::uint32_t>(_names.size());
     Lbl copy = _names[i];
-    copy.itab = static_cast<std::uint16_t>(toSheet + 1);
+    copy.itab = Lbl::scopeOf(toSheet);
     _names.push_back(std::move(copy));
   }
+  return mapping;
 }
 
 }  // namespace rubrica

@@ -2,18 +2,21 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include "biff/book_impl.h"
+#include "biff/expression_walk.h"
 #include "biff/sheet_impl.h"
 #include "formula/ptg.h"
-#include "formula/token_walk.h"
 
 namespace rubrica {
 namespace {
 
-// Tokens that mean something only in the book that they were written for.
+// Tokens that mean something only in the book, or on the sheet, that they were written for. Bytes that can't be told
+// count as such.
 bool dependsOnBook(std::span<const std::uint8_t> tokens) {
-  formula::TokenWalk walk(tokens);
+  ExpressionWalk walk(tokens);
   for (formula::Token token; walk.next(token);) {
     switch (formula::baseToken(token.first())) {
+      case formula::ptg::Exp:
+      case formula::ptg::Tbl:
       case formula::ptg::Name:
       case formula::ptg::NameX:
       case formula::ptg::Ref3d:
@@ -25,7 +28,7 @@ bool dependsOnBook(std::span<const std::uint8_t> tokens) {
         break;
     }
   }
-  return false;
+  return !walk.atEnd();
 }
 
 }  // namespace
@@ -118,29 +121,14 @@ void SheetImplT::adoptCell(SheetImplT& source, int row, int col, CellWord word, 
 }
 
 void SheetImplT::adoptFormula(SheetImplT& source, FormulaCell cell, std::uint16_t xf) {
-  const std::vector<std::uint8_t> tokens = source.ownTokens(cell);
-  if (!dependsOnBook(tokens)) {
-    const auto trailing = cell.expression.subspan(cell.tokenSize);
-    std::vector<std::byte> bytes(rawBytes(tokens).begin(), rawBytes(tokens).end());
-    bytes.insert(bytes.end(), trailing.begin(), trailing.end());
-    cell.tokenSize = static_cast<std::uint16_t>(tokens.size());
-    cell.expression = state().pool.copyBytes(bytes);
-    cell.text = state().pool.copyText(cell.cachedText());
-    cell.xf = xf;
-    return _cells.addFormula(cell);
-  }
-  switch (cachedType(cell.value)) {
-    case CellType::number:
-      return _cells.addNumber(cell.row, cell.col, xf, cell.value.number());
-    case CellType::string:
-      return _cells.addLabelSst(cell.row, cell.col, xf, _book->addSharedString(cell.cachedText()));
-    case CellType::boolean:
-    case CellType::error:
-      return _cells.addBoolErr(cell.row, cell.col, xf, cell.value.payload(), cachedType(cell.value) == CellType::error);
-    case CellType::blank:
-    case CellType::empty:
-      return _cells.addBlank(cell.row, cell.col, xf);
-  }
+  const Expression own = source.ownExpression(cell);
+  cell.xf = xf;
+  if (dependsOnBook(std::span(own.bytes).first(own.tokenSize))) return addCachedValue(cell);
+  cell.tokenSize = static_cast<std::uint16_t>(own.tokenSize);
+  cell.expression = state().pool.copyBytes(rawBytes(own.bytes));
+  cell.grbit = static_cast<std::uint16_t>(cell.grbit & ~FormulaCell::kSharedFormula);
+  if (cell.text != nullptr) cell.text = cell.textLength == 0 ? u"" : state().pool.copyText(cell.cachedText());
+  _cells.addFormula(cell);
 }
 
 }  // namespace rubrica

@@ -1,10 +1,10 @@
 // Formula cells of an .xls sheet: text to tokens and back, cached values, shared and array formulas.
 #include "biff/book_impl.h"
+#include "biff/expression_walk.h"
 #include "biff/sheet_impl.h"
 #include "formula/compile.h"
 #include "formula/print.h"
 #include "formula/ptg.h"
-#include "formula/token_walk.h"
 
 namespace rubrica {
 namespace {
@@ -46,15 +46,17 @@ void resolveToken(std::uint8_t* token, int cellRow, int cellCol) {
 
 }  // namespace
 
-std::vector<std::uint8_t> SheetImplT::ownTokens(const FormulaCell& cell) {
+SheetImplT::Expression SheetImplT::ownExpression(const FormulaCell& cell) {
   const FormulaDefinition* definition = _definitions.of(cell);
   const auto shared = definition != nullptr ? definitionTokens(*definition) : std::nullopt;
-  const auto source = shared ? shared->tokens : octets(cell.tokens());
-  std::vector<std::uint8_t> tokens(source.begin(), source.end());
-  if (!shared || !shared->relative) return tokens;
-  formula::TokenWalk walk(source);
-  for (formula::Token token; walk.next(token);) resolveToken(tokens.data() + token.offset, cell.row, cell.col);
-  return tokens;
+  const auto tokens = shared ? shared->tokens : octets(cell.tokens());
+  const auto constants = shared ? shared->constants : octets(cell.expression.subspan(cell.tokenSize));
+  Expression own{{tokens.begin(), tokens.end()}, tokens.size()};
+  own.bytes.insert(own.bytes.end(), constants.begin(), constants.end());
+  if (!shared || !shared->relative) return own;
+  ExpressionWalk walk(tokens);
+  for (formula::Token token; walk.next(token);) resolveToken(own.bytes.data() + token.offset, cell.row, cell.col);
+  return own;
 }
 
 std::u16string SheetImplT::formulaText(const FormulaCell& cell) {
@@ -93,6 +95,7 @@ bool SheetImplT::storeFormula(int row, int col, Text expression, const FormulaVa
     cell.row = static_cast<std::uint16_t>(row);
     cell.col = static_cast<std::uint16_t>(col);
     cell.xf = xfFor(format, word, col);
+    LinkTable::Addition links(_book->links());
     const auto tokens = formula::compileFormula(expression == nullptr ? u"" : expression, _book->formulaAccess(),
                                                 _book->positionOf(*this), ISheetT::kScopeUndefined);
     if (tokens.size() > kMaxTokens) throw xlerror("formula is too long");
@@ -104,10 +107,11 @@ bool SheetImplT::storeFormula(int row, int col, Text expression, const FormulaVa
     if (text != nullptr) {
       const std::u16string_view cached = text;
       if (cached.size() > kMaxCachedText) throw xlerror("string is too long");
-      cell.text = state().pool.copyText(cached);
+      cell.text = cached.empty() ? u"" : state().pool.copyText(cached);
       cell.textLength = static_cast<std::uint16_t>(cached.size());
     }
     putFormula(cell);
+    links.keep();
     return true;
   });
 }
@@ -130,19 +134,65 @@ bool SheetImplT::writeFormulaBool(int row, int col, Text expression, bool value,
                       format);
 }
 
-// References stay as they are: those of a shared formula are resolved for the source cell first.
+// References stay as they are: those of a shared formula are resolved for the source cell first. A member of a data
+// table has no formula outside the table: its copy is its value.
 bool SheetImplT::copyFormula(CellWord source, int rowDst, int colDst) {
   FormulaCell copy = _cells.formula(source);
-  if (_definitions.of(copy) != nullptr) {
-    const auto tokens = ownTokens(copy);
-    copy.tokenSize = static_cast<std::uint16_t>(tokens.size());
-    copy.expression = state().pool.copyBytes(rawBytes(tokens));
-    copy.grbit = static_cast<std::uint16_t>(copy.grbit & ~FormulaCell::kSharedFormula);
-  }
+  const Expression own = ownExpression(copy);
   copy.row = static_cast<std::uint16_t>(rowDst);
   copy.col = static_cast<std::uint16_t>(colDst);
+  if (own.isMember()) {
+    addCachedValue(copy);
+    widenDimensions(rowDst, colDst);
+    return true;
+  }
+  copy.tokenSize = static_cast<std::uint16_t>(own.tokenSize);
+  copy.expression = state().pool.copyBytes(rawBytes(own.bytes));
+  copy.grbit = static_cast<std::uint16_t>(copy.grbit & ~FormulaCell::kSharedFormula);
   putFormula(copy);
   return true;
+}
+
+void SheetImplT::addCachedValue(const FormulaCell& cell) {
+  switch (cachedType(cell.value)) {
+    case CellType::number:
+      return _cells.addNumber(cell.row, cell.col, cell.xf, cell.value.number());
+    case CellType::string:
+      return _cells.addLabelSst(cell.row, cell.col, cell.xf, _book->addSharedString(cell.cachedText()));
+    case CellType::boolean:
+    case CellType::error:
+      return _cells.addBoolErr(cell.row, cell.col, cell.xf, cell.value.payload(),
+                               cachedType(cell.value) == CellType::error);
+    case CellType::blank:
+    case CellType::empty:
+      return _cells.addBlank(cell.row, cell.col, cell.xf);
+  }
+}
+
+// Expressions may be shared with the copy of a sheet: what changes gets bytes of its own.
+void SheetImplT::renumberNames(const NameMapping& mapping) {
+  std::vector<std::uint8_t> bytes;
+  const auto renumber = [&](std::span<const std::byte>& expression, std::size_t offset, std::size_t size) {
+    const auto present = octets(expression);
+    bytes.assign(present.begin(), present.end());
+    const auto tokens = std::span(bytes).subspan(offset, size);
+    if (rubrica::renumberNames(tokens, mapping, _book->links())) expression = state().pool.copyBytes(rawBytes(bytes));
+  };
+  const SheetIndex& index = _cells.index();
+  for (int row = index.nextRow(0); row < kBiffRows; row = index.nextRow(row + 1)) {
+    index.forEachInRow(row, [&](int, std::uint32_t bits) {
+      const CellWord word{bits};
+      if (word.kind() != CellKind::formula) return;
+      FormulaCell& cell = _cells.formula(word);
+      renumber(cell.expression, 0, cell.tokenSize);
+    });
+  }
+  _definitions.forEach([&](FormulaDefinition& definition) {
+    const auto tokens = definitionTokens(definition);
+    if (!tokens) return;
+    const auto offset = static_cast<std::size_t>(tokens->tokens.data() - octets(definition.bytes).data());
+    renumber(definition.bytes, offset, tokens->tokens.size());
+  });
 }
 
 }  // namespace rubrica

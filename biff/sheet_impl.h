@@ -13,6 +13,7 @@
 #include "biff/book_state.h"
 #include "biff/cell_store.h"
 #include "biff/column_table.h"
+#include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
 #include "biff/hlink.h"
 #include "biff/line_move.h"
@@ -69,6 +70,8 @@ class SheetImplT final : public ISheetT<char16_t> {
   void setSelected(bool selected) { _view.setSelected(selected); }
   bool a1Mode() const { return _words.calcRefMode != 0; }
   void setA1Mode(bool a1) { _words.calcRefMode = a1 ? 1 : 0; }
+  // Gives the sheet's formulas the new indexes of the names that they use.
+  void renumberNames(const NameMapping& mapping);
   const ChunkedTable<LabelSstCell>& labelSstTable() const { return _cells.labelSstTable(); }
 
   // ---- ISheetT
@@ -306,8 +309,17 @@ class SheetImplT final : public ISheetT<char16_t> {
   bool storeFormula(int row, int col, Text expression, const FormulaValue& value, Text text, FormatPtr format);
   void putFormula(const FormulaCell& cell);
   std::u16string formulaText(const FormulaCell& cell);
-  // The tokens of a cell on its own: those of a shared formula with its offsets resolved for the cell's place.
-  std::vector<std::uint8_t> ownTokens(const FormulaCell& cell);
+  // Tokens, with the data of array constants behind them.
+  struct Expression {
+    std::vector<std::uint8_t> bytes;
+    std::size_t tokenSize = 0;
+    // Whether it only names a shared formula, array or data table.
+    bool isMember() const { return tokenSize > 0 && bytes[0] <= 2; }
+  };
+  // What a cell would hold on its own: the expression of its shared or array formula, offsets resolved for its place.
+  Expression ownExpression(const FormulaCell& cell);
+  // Stores the cached value of a formula cell in place of the formula.
+  void addCachedValue(const FormulaCell& cell);
   bool copyFormula(CellWord source, int rowDst, int colDst);
 
   // ---- Copies (sheet_copy.cpp)
@@ -331,6 +343,7 @@ class SheetImplT final : public ISheetT<char16_t> {
 
   // ---- Save (sheet_save.cpp)
   void saveWorksheet(Xls& xls);
+  void saveAsRecords(Xls& xls);
   void saveHead(Xls& xls);
   void saveColumns(Xls& xls);
   void recomputeDimensions();
@@ -371,6 +384,7 @@ class SheetImplT final : public ISheetT<char16_t> {
   std::u16string _addressText;
   std::u16string _formulaText;
   std::u16string _hyperlinkText;
+  std::u16string _rangeName;
 };
 
 template <class Result>

@@ -7,10 +7,6 @@
 
 namespace rubrica {
 
-SheetIndex::SheetIndex(const SheetIndex& other) {
-  *this = other;
-}
-
 SheetIndex& SheetIndex::operator=(const SheetIndex& other) {
   if (this == &other) return *this;
   clear();
@@ -21,61 +17,56 @@ SheetIndex& SheetIndex::operator=(const SheetIndex& other) {
       const RowBlock& from = (*other._groups[g])[r];
       if (from.size == 0) continue;
       RowBlock& to = (*_groups[g])[r];
-      to.first = from.first;
-      to.size = from.size;
-      to.words = std::make_unique<std::uint32_t[]>(from.size);
-      std::copy_n(from.words.get(), from.size, to.words.get());
+      to = {allocate(from.size), from.first, from.size};
+      std::copy_n(from.words, from.size, to.words);
     }
   }
   return *this;
 }
 
-// Widens the block to hold `col`, in whole steps.
-void SheetIndex::RowBlock::cover(int col) {
-  const int start = col / kStep * kStep;
-  const int newFirst = size == 0 ? start : std::min<int>(first, start);
-  const int newEnd = std::max<int>(size == 0 ? 0 : first + size, start + kStep);
-  auto wider = std::make_unique<std::uint32_t[]>(static_cast<std::size_t>(newEnd - newFirst));
-  std::copy_n(words.get(), size, wider.get() + (size == 0 ? 0 : first - newFirst));
-  words = std::move(wider);
-  first = static_cast<std::uint16_t>(newFirst);
-  size = static_cast<std::uint16_t>(newEnd - newFirst);
+std::uint32_t* SheetIndex::allocate(unsigned count) {
+  if (_slabSize - _slabUsed < count) {
+    _slabSize = std::clamp(_slabSize * 2, kFirstSlab, kLargestSlab);
+    _slabs.push_back(platform::makeBlock<std::uint32_t>(_slabSize));
+    _slabUsed = 0;
+  }
+  std::uint32_t* words = _slabs.back().get() + _slabUsed;
+  _slabUsed += count;
+  std::fill_n(words, count, 0u);
+  return words;
 }
 
-std::uint32_t& SheetIndex::slot(int row, int col) {
+// Widens the block to hold `col`: at least to the double, so that a row that fills up column by column leaves no more
+// behind than it uses.
+void SheetIndex::cover(RowBlock& block, unsigned col) {
+  const unsigned start = col / kStep * kStep;
+  unsigned first = block.size == 0 ? start : std::min<unsigned>(block.first, start);
+  unsigned end = std::max<unsigned>(block.size == 0 ? 0u : block.first + block.size, start + kStep);
+  const unsigned wanted = 2u * block.size;
+  if (end - first < wanted) end = std::min<unsigned>(first + wanted, kBiffCols);
+  if (end - first < wanted) first = end > wanted ? end - wanted : 0;
+  std::uint32_t* words = allocate(end - first);
+  if (block.size != 0) std::copy_n(block.words, block.size, words + (block.first - first));
+  block = {words, static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(end - first)};
+}
+
+SheetIndex::RowBlock& SheetIndex::blockOf(unsigned row) {
+  auto& group = _groups[row / kGroupRows];
+  if (group == nullptr) group = std::make_unique<Group>();
+  return (*group)[row % kGroupRows];
+}
+
+std::uint32_t& SheetIndex::makeSlot(unsigned row, unsigned col) {
   if (col >= kBiffCols) throw xlerror("SheetIndex: col can't be more than 255");
   RowBlock& block = blockOf(row);
-  if (block.size == 0 || col < block.first || col >= block.first + block.size) block.cover(col);
-  return block.words[static_cast<std::size_t>(col - block.first)];
-}
-
-SheetIndex::RowBlock& SheetIndex::blockOf(int row) {
-  auto& group = _groups[static_cast<std::size_t>(row / kGroupRows)];
-  if (group == nullptr) group = std::make_unique<Group>();
-  return (*group)[static_cast<std::size_t>(row % kGroupRows)];
-}
-
-const SheetIndex::RowBlock* SheetIndex::find(int row) const {
-  const auto& group = _groups[static_cast<std::size_t>(row / kGroupRows)];
-  if (group == nullptr) return nullptr;
-  const RowBlock& block = (*group)[static_cast<std::size_t>(row % kGroupRows)];
-  return block.size == 0 ? nullptr : &block;
-}
-
-std::uint32_t SheetIndex::get(int row, int col) const {
-  const RowBlock* block = find(row);
-  if (block == nullptr || col < block->first || col >= block->first + block->size) return 0;
-  return block->words[static_cast<std::size_t>(col - block->first)];
-}
-
-bool SheetIndex::hasRow(int row) const {
-  return find(row) != nullptr;
+  cover(block, col);
+  return block.words[col - block.first];
 }
 
 int SheetIndex::firstInRow(int row) const {
   const RowBlock* block = find(row);
   if (block == nullptr) return 0;
-  const std::uint32_t* begin = block->words.get();
+  const std::uint32_t* begin = block->words;
   const std::uint32_t* end = begin + block->size;
   const std::uint32_t* found = std::find_if(begin, end, [](std::uint32_t word) { return (word & 1) != 0; });
   return found == end ? 0 : block->first + static_cast<int>(found - begin);
@@ -84,19 +75,20 @@ int SheetIndex::firstInRow(int row) const {
 int SheetIndex::lastInRow(int row) const {
   const RowBlock* block = find(row);
   if (block == nullptr) return 0;
-  int i = block->size;
-  while (i > 0 && (block->words[static_cast<std::size_t>(i - 1)] & 1) == 0) --i;
-  return i == 0 ? 0 : block->first + i;
+  unsigned i = block->size;
+  while (i > 0 && (block->words[i - 1] & 1) == 0) --i;
+  return i == 0 ? 0 : static_cast<int>(block->first + i);
 }
 
 int SheetIndex::nextRow(int row) const {
   while (row < kBiffRows) {
-    const auto& group = _groups[static_cast<std::size_t>(row / kGroupRows)];
+    const auto r = static_cast<unsigned>(row);
+    const Group* group = _groups[r / kGroupRows].get();
     if (group == nullptr) {
-      row = (row / kGroupRows + 1) * kGroupRows;
+      row = static_cast<int>((r / kGroupRows + 1) * kGroupRows);
       continue;
     }
-    if ((*group)[static_cast<std::size_t>(row % kGroupRows)].size != 0) return row;
+    if ((*group)[r % kGroupRows].size != 0) return row;
     ++row;
   }
   return kBiffRows;
@@ -104,12 +96,12 @@ int SheetIndex::nextRow(int row) const {
 
 void SheetIndex::moveRow(int from, int to) {
   if (from == to) return;
-  if (find(from) == nullptr) return eraseRow(to);
-  blockOf(to) = std::exchange(blockOf(from), RowBlock());
+  if (!hasRow(from)) return eraseRow(to);
+  blockOf(static_cast<unsigned>(to)) = std::exchange(blockOf(static_cast<unsigned>(from)), RowBlock());
 }
 
 void SheetIndex::eraseRow(int row) {
-  if (find(row) != nullptr) blockOf(row) = RowBlock();
+  if (hasRow(row)) blockOf(static_cast<unsigned>(row)) = RowBlock();
 }
 
 void SheetIndex::prune() {
@@ -120,6 +112,8 @@ void SheetIndex::prune() {
 
 void SheetIndex::clear() {
   for (auto& group : _groups) group.reset();
+  _slabs.clear();
+  _slabSize = _slabUsed = 0;
 }
 
 }  // namespace rubrica

@@ -87,6 +87,7 @@ void SheetImplT::load(Xls& xls, const RowWindow& window, bool skipBlanks) {
     xls.readInt16(recordId);
     if (recordId == 0) throw xlerror("read error: record id can't be 0");
     xls.readInt16(size);
+    if (_bof.dt == Bof::kWorksheet && loadCell(xls, load, recordId, size)) continue;
     if (recordId == id::kEof && --load.depth <= 0) {
       xls.skip(size);
       break;
@@ -115,7 +116,6 @@ void SheetImplT::load(Xls& xls, const RowWindow& window, bool skipBlanks) {
 }
 
 void SheetImplT::loadRecord(Xls& xls, LoadState& load, std::uint16_t recordId, std::uint16_t size) {
-  if (loadCell(xls, load, recordId, size)) return;
   switch (recordId) {
     case id::kRow: {
       RowRecord row;
@@ -313,7 +313,7 @@ void SheetImplT::loadFormulaFollowers(Xls& xls, FormulaCell& cell) {
     xls.readInt16(length, remaining);
     if (length > 0) text.read(xls, state().pool, length, remaining, state().textForm());
     xls.skip(remaining);
-    cell.text = text.text;
+    cell.text = text.text == nullptr ? u"" : text.text;
     cell.textLength = text.cch;
   }
 }

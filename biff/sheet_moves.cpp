@@ -79,7 +79,7 @@ void SheetImplT::moveLines(const LineMove& move, bool updateNamedRanges) {
   moveNotes(_notes, move);
   moveAnchors(_drawing, move);
   if (updateNamedRanges && move.ofRows()) {
-    moveNamedRows(_book->names(), _book->links(), _book->positionOf(*this), move);
+    _book->renumberNames(moveNamedRows(_book->names(), _book->links(), _book->positionOf(*this), move));
   }
 }
 
@@ -100,9 +100,9 @@ void SheetImplT::unshare(FormulaCell& cell) {
   const FormulaDefinition* definition = _definitions.of(cell);
   const auto shared = definition != nullptr ? definitionTokens(*definition) : std::nullopt;
   if (!shared || !shared->relative) return;
-  const auto tokens = ownTokens(cell);
-  cell.tokenSize = static_cast<std::uint16_t>(tokens.size());
-  cell.expression = state().pool.copyBytes(rawBytes(tokens));
+  const Expression own = ownExpression(cell);
+  cell.tokenSize = static_cast<std::uint16_t>(own.tokenSize);
+  cell.expression = state().pool.copyBytes(rawBytes(own.bytes));
   cell.grbit = static_cast<std::uint16_t>(cell.grbit & ~FormulaCell::kSharedFormula);
 }
 

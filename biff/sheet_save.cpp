@@ -47,7 +47,18 @@ void saveString(Xls& xls, std::u16string_view text) {
 
 void SheetImplT::save(Xls& xls) {
   if (_bof.dt == Bof::kWorksheet) return saveWorksheet(xls);
-  for (const RawRecord& record : _otherRecords) writeRaw(xls, record);
+  saveAsRecords(xls);
+}
+
+// A substream is what stands from its BOF to the EOF that closes it. The records that a worksheet held before and
+// behind its embedded chart would take the place of the sheets that follow.
+void SheetImplT::saveAsRecords(Xls& xls) {
+  int depth = 0;
+  for (const RawRecord& record : _otherRecords) {
+    if (record.recordId == id::kBof) ++depth;
+    if (depth > 0) writeRaw(xls, record);
+    if (record.recordId == id::kEof && depth > 0 && --depth == 0) return;
+  }
 }
 
 void SheetImplT::saveRawMember(Xls& xls, std::uint16_t recordId) {
@@ -204,7 +215,7 @@ void SheetImplT::saveFormula(Xls& xls, const FormulaCell& cell, const FormulaDef
     xls.writeRecord(definition->recordId, definition->bytes.data(),
                     static_cast<std::uint16_t>(definition->bytes.size()));
   }
-  if (cell.value.kind() == FormulaValue::Kind::string && cell.text != nullptr) saveString(xls, cell.cachedText());
+  if (cell.value.kind() == FormulaValue::Kind::string) saveString(xls, cell.cachedText());
 }
 
 void SheetImplT::saveTail(Xls& xls) {

@@ -4,8 +4,9 @@
 
 namespace rubrica {
 
-// The serial number of a date and time. Year, month and day all below 1 stand for a time alone. Dates before March 1900
-// come out one lower than in Excel, which counts a 29 February 1900; dateUnpack undoes that.
+// The serial number of a date and time. Year, month and day all below 1 stand for a time alone. Days of January and
+// February 1900 are counted by the civil calendar, without the 29 February 1900 that the serial numbers have: they come
+// out one higher than the number under which Excel and dateUnpack know them.
 double datePack(bool date1904, int year, int month, int day, int hour, int min, int sec, int msec);
 
 // The parts of a serial number. Every out argument may be null; a part not asked for leaves its share in the next

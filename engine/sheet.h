@@ -179,7 +179,9 @@ class ISheetT {
 
   // ---- Names, tables, links
 
-  // scopeId: kScopeWorkbook, or the 0-based index of the sheet whose name it is; kScopeUndefined accepts any.
+  // scopeId: kScopeUndefined and kScopeWorkbook for a name of the whole book, otherwise the 0-based index of the sheet
+  // whose name it is; names of other scopes aren't looked at. Names are compared without regard to case. A sheet counts
+  // and lists its own names and those of the book; the list gives -1 for the range of a name that stands for none.
   static constexpr int kScopeUndefined = -2;
   static constexpr int kScopeWorkbook = -1;
   virtual bool getNamedRange(const C* name, int* rowFirst, int* rowLast, int* colFirst, int* colLast,

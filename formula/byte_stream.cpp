@@ -1,6 +1,8 @@
 #include "formula/byte_stream.h"
 
+#include <array>
 #include <bit>
+#include <utility>
 
 #include "engine/xlerror.h"
 
@@ -11,7 +13,9 @@ constexpr char moveError[] = "GetFormula move1 error";
 
 template <typename Value>
 void pushLittleEndian(std::vector<std::uint8_t>& bytes, Value value) {
-  for (std::size_t i = 0; i < sizeof(Value); ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+  std::array<std::uint8_t, sizeof(Value)> little;
+  for (std::size_t i = 0; i < sizeof(Value); ++i) little[i] = static_cast<std::uint8_t>(value >> (8 * i));
+  bytes.insert(bytes.end(), little.begin(), little.end());
 }
 
 template <typename Value>
@@ -30,6 +34,12 @@ ByteStream::ByteStream(std::span<const std::uint8_t> bytes) : _bytes(bytes.begin
 void ByteStream::clear() {
   _bytes.clear();
   _front = 0;
+}
+
+std::vector<std::uint8_t> ByteStream::release() && {
+  _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(_front));
+  _front = 0;
+  return std::move(_bytes);
 }
 
 void ByteStream::pushInt16(std::uint16_t value) {

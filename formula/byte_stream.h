@@ -19,6 +19,10 @@ class ByteStream {
   // All bytes from the front on. Valid until the next change.
   std::span<const std::uint8_t> bytes() const { return std::span(_bytes).subspan(_front); }
   void clear();
+  // Makes room for pushes up to this size.
+  void reserve(std::size_t size) { _bytes.reserve(_front + size); }
+  // All bytes, taken out of a stream that is given up.
+  std::vector<std::uint8_t> release() &&;
 
   void pushByte(std::uint8_t value) { _bytes.push_back(value); }
   // Low byte first.

@@ -1,5 +1,10 @@
-// Character classes of formula text, the same in every locale. Used within the formula engine.
+// Characters of formula text, the same in every locale: classes, case, decimal numbers. Used within the formula engine.
 #pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <string>
 
 namespace rubrica::formula {
 
@@ -22,8 +27,17 @@ constexpr bool isLetter(char16_t c) {
 }
 
 constexpr char16_t upperCase(char16_t c) {
-  const bool lower = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c < 0xFF && c != 0xF7);
-  return lower ? static_cast<char16_t>(c - 0x20) : c;
+  return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
+}
+
+inline void appendDecimal(std::u16string& text, unsigned value) {
+  char16_t digits[std::numeric_limits<unsigned>::digits10 + 1];
+  std::size_t begin = std::size(digits);
+  do {
+    digits[--begin] = static_cast<char16_t>(u'0' + value % 10);
+    value /= 10;
+  } while (value > 0);
+  text.append(digits + begin, std::size(digits) - begin);
 }
 
 }  // namespace rubrica::formula

@@ -4,8 +4,8 @@
 #include <charconv>
 #include <limits>
 #include <optional>
-#include <span>
 #include <string>
+#include <utility>
 
 #include "engine/xlerror.h"
 #include "formula/byte_stream.h"
@@ -39,8 +39,10 @@ class TokenWriter {
  public:
   TokenWriter(BookAccess& book, int sheetIndex, int scope) : _book(book), _sheetIndex(sheetIndex), _scope(scope) {}
 
+  // For all items of a postfix text of this length: few take more than two bytes a character.
+  void reserve(std::size_t length) { _stream.reserve(2 * length); }
   void write(std::u16string_view item);
-  std::span<const std::uint8_t> bytes() const { return _stream.bytes(); }
+  std::vector<std::uint8_t> release() { return std::move(_stream).release(); }
 
  private:
   bool writeOperator(std::u16string_view item);
@@ -277,9 +279,10 @@ bool TokenWriter::writeName(std::u16string_view item) {
 
 std::vector<std::uint8_t> tokensFromPostfix(std::u16string_view postfix, BookAccess& book, int sheetIndex, int scope) {
   TokenWriter writer(book, sheetIndex, scope);
+  writer.reserve(postfix.size());
   PostfixItems items(postfix);
   for (std::u16string_view item; items.next(item);) writer.write(item);
-  return {writer.bytes().begin(), writer.bytes().end()};
+  return writer.release();
 }
 
 std::vector<std::uint8_t> compileFormula(std::u16string_view text, BookAccess& book, int sheetIndex, int scope) {

@@ -1,4 +1,6 @@
 // The printer's second step: postfix text becomes formula text.
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "engine/xlerror.h"
@@ -9,81 +11,78 @@
 namespace rubrica::formula {
 namespace {
 
-// Expressions as a tree of text pieces, written out once at the end: building the text of every part on its own would
-// copy the innermost ones once a level.
-class ExpressionTree {
+// Expressions as chains of text pieces, which join in constant time and are written out once at the end: building the
+// text of every part on its own would copy the innermost ones once a level.
+class PieceChains {
  public:
-  using Index = std::size_t;
-
-  // A node prints as head, its children with the separator between them, tail.
-  struct Pieces {
-    std::u16string_view head = {};
-    std::u16string_view separator = {};
-    std::u16string_view tail = {};
+  // From the first piece to the last.
+  struct Chain {
+    std::uint32_t first;
+    std::uint32_t last;
   };
 
-  Index add(const Pieces& pieces, std::span<const Index> children = {}) {
-    _nodes.push_back({pieces, _children.size(), children.size()});
-    _children.insert(_children.end(), children.begin(), children.end());
-    return _nodes.size() - 1;
+  Chain piece(std::u16string_view text) {
+    const auto index = static_cast<std::uint32_t>(_pieces.size());
+    _pieces.push_back({text, end});
+    return {index, index};
   }
 
-  std::u16string text(Index root) const;
+  Chain join(const Chain& left, const Chain& right) {
+    _pieces[left.last].next = right.first;
+    return {left.first, right.last};
+  }
+
+  std::u16string text(const Chain& chain) const {
+    std::size_t length = 0;
+    for (std::uint32_t i = chain.first; i != end; i = _pieces[i].next) length += _pieces[i].text.size();
+    std::u16string result;
+    result.reserve(length);
+    for (std::uint32_t i = chain.first; i != end; i = _pieces[i].next) result += _pieces[i].text;
+    return result;
+  }
+
+  void reserve(std::size_t pieces) { _pieces.reserve(pieces); }
 
  private:
-  struct Node {
-    Pieces pieces;
-    std::size_t firstChild;
-    std::size_t childCount;
+  static constexpr std::uint32_t end = 0xFFFFFFFF;
+
+  struct Piece {
+    std::u16string_view text;
+    std::uint32_t next;
   };
 
-  std::vector<Node> _nodes;
-  std::vector<Index> _children;
+  std::vector<Piece> _pieces;
 };
-
-std::u16string ExpressionTree::text(Index root) const {
-  struct Visit {
-    const Node* node;
-    std::size_t child;
-  };
-  std::u16string result(_nodes[root].pieces.head);
-  std::vector<Visit> open{{&_nodes[root], 0}};
-  while (!open.empty()) {
-    Visit& visit = open.back();
-    const Node& node = *visit.node;
-    if (visit.child == node.childCount) {
-      result += node.pieces.tail;
-      open.pop_back();
-      continue;
-    }
-    if (visit.child > 0) result += node.pieces.separator;
-    const Node& child = _nodes[_children[node.firstChild + visit.child++]];
-    result += child.pieces.head;
-    open.push_back({&child, 0});
-  }
-  return result;
-}
 
 class Folder {
  public:
+  explicit Folder(std::size_t length) { _chains.reserve(length / 2); }
+
   void fold(std::u16string_view item);
   std::u16string result() const;
 
  private:
-  // Replaces the top `count` expressions by one over them; throws `message` when there are fewer.
-  void combine(std::size_t count, const ExpressionTree::Pieces& pieces, const char* message);
+  using Chain = PieceChains::Chain;
+
+  // The top of the stack; throws `message` when there is none.
+  Chain& operand(const char* message);
+  void binary(std::u16string_view text, const char* message);
   void call(const FunctionItem& function);
 
-  ExpressionTree _tree;
-  std::vector<ExpressionTree::Index> _stack;
+  PieceChains _chains;
+  std::vector<Chain> _stack;
 };
 
-void Folder::combine(std::size_t count, const ExpressionTree::Pieces& pieces, const char* message) {
-  if (_stack.size() < count) throw xlerror(message);
-  const auto operands = std::span(_stack).last(count);
-  const auto node = _tree.add(pieces, operands);
-  _stack.resize(_stack.size() - count);
-  _stack.push_back(node);
+PieceChains::Chain& Folder::operand(const char* message) {
+  if (_stack.empty()) throw xlerror(message);
+  return _stack.back();
+}
+
+void Folder::binary(std::u16string_view text, const char* message) {
+  if (_stack.size() < 2) throw xlerror(message);
+  const Chain right = _stack.back();
+  _stack.pop_back();
+  _stack.back() = _chains.join(_chains.join(_stack.back(), _chains.piece(text)), right);
 }
 
 // A call that the table doesn't know carries the function's name as its first argument.
@@ -92,43 +91,50 @@ void Folder::call(const FunctionItem& function) {
   if (_stack.size() < count) throw xlerror("toInfix error: incorrect function expression");
   const auto items = std::span(_stack).last(count);
   const bool namedByArgument = function.number == kUserDefinedFunction && count > 0;
-  const auto name = namedByArgument ? items[0] : _tree.add({.head = function.name});
-  const auto arguments = _tree.add({.head = u"(", .separator = u",", .tail = u")"}, items.subspan(namedByArgument));
-  const ExpressionTree::Index parts[] = {name, arguments};
-  const auto node = _tree.add({}, parts);
+  Chain chain = namedByArgument ? items[0] : _chains.piece(function.name);
+  std::u16string_view before = u"(";
+  for (const Chain& argument : items.subspan(namedByArgument ? 1 : 0)) {
+    chain = _chains.join(_chains.join(chain, _chains.piece(before)), argument);
+    before = u",";
+  }
+  chain = _chains.join(chain, _chains.piece(before == u"(" ? u"()" : u")"));
   _stack.resize(_stack.size() - count);
-  _stack.push_back(node);
+  _stack.push_back(chain);
 }
 
 void Folder::fold(std::u16string_view item) {
   if (item == postfix::kUnaryMinus) {
-    combine(1, {.head = u"-"}, "toInfix error: incorrect unary minus expression");
+    Chain& top = operand("toInfix error: incorrect unary minus expression");
+    top = _chains.join(_chains.piece(u"-"), top);
   } else if (item == postfix::kUnaryPlus) {
-    combine(1, {.head = u"+"}, "toInfix error: incorrect unary plus expression");
+    Chain& top = operand("toInfix error: incorrect unary plus expression");
+    top = _chains.join(_chains.piece(u"+"), top);
   } else if (item == postfix::kPercent) {
-    combine(1, {.tail = u"%"}, "toInfix error: incorrect percent expression");
+    Chain& top = operand("toInfix error: incorrect percent expression");
+    top = _chains.join(top, _chains.piece(u"%"));
   } else if (item == postfix::kRange) {
-    combine(2, {.separator = u":"}, "toInfix error: incorrect ptgRange expression");
+    binary(u":", "toInfix error: incorrect ptgRange expression");
   } else if (binaryOperatorToken(item)) {
-    combine(2, {.separator = item}, "toInfix error: expected two operands for binary operator");
+    binary(item, "toInfix error: expected two operands for binary operator");
   } else if (item == postfix::kParentheses) {
-    combine(1, {.head = u"(", .tail = u")"}, "toInfix error: incorrect brackets");
+    Chain& top = operand("toInfix error: incorrect brackets");
+    top = _chains.join(_chains.join(_chains.piece(u"("), top), _chains.piece(u")"));
   } else if (const auto function = functionItem(item)) {
     call(*function);
   } else {
-    _stack.push_back(_tree.add({.head = item}));
+    _stack.push_back(_chains.piece(item));
   }
 }
 
 std::u16string Folder::result() const {
   if (_stack.size() != 1) throw xlerror("can't build infix formula string");
-  return _tree.text(_stack[0]);
+  return _chains.text(_stack[0]);
 }
 
 }  // namespace
 
 std::u16string infixFromPostfix(std::u16string_view postfix) {
-  Folder folder;
+  Folder folder(postfix.size());
   PostfixItems items(postfix);
   for (std::u16string_view item; items.next(item);) folder.fold(item);
   return folder.result();

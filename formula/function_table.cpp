@@ -407,12 +407,22 @@ constexpr auto rowOfNumber = [] {
   return result;
 }();
 
-// Where the rows of each first letter begin; the entry behind "Z" is the end.
-constexpr auto rowOfLetter = [] {
-  std::array<std::uint16_t, 27> result{};
-  for (std::size_t letter = 0, row = 0; letter < result.size(); ++letter) {
-    while (row < std::size(rows) && rows[row].name[0] < u'A' + letter) ++row;
-    result[letter] = static_cast<std::uint16_t>(row);
+// A hash table over the names, twice as large as needed, with linear probing: most operands of a formula are looked up
+// here in vain and should find an empty slot at once.
+constexpr std::size_t slotCount = 1024;
+
+constexpr std::size_t slotOf(std::u16string_view name) {
+  const std::size_t sum = name.front() * 37u + name[name.size() / 2] * 101u + name.back() * 7u + name.size() * 13u;
+  return sum % slotCount;
+}
+
+constexpr auto rowOfSlot = [] {
+  std::array<std::int16_t, slotCount> result{};
+  for (std::int16_t& row : result) row = noRow;
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    std::size_t slot = slotOf(rows[i].name);
+    while (result[slot] != noRow) slot = (slot + 1) % slotCount;
+    result[slot] = static_cast<std::int16_t>(i);
   }
   return result;
 }();
@@ -424,13 +434,12 @@ std::span<const FunctionRow> functionRows() {
 }
 
 const FunctionRow* findFunction(std::u16string_view name) {
-  if (name.empty() || name[0] < u'A' || name[0] > u'Z') return nullptr;
-  const std::size_t letter = name[0] - u'A';
-  const FunctionRow* const end = rows + rowOfLetter[letter + 1];
-  const FunctionRow* const row =
-      std::lower_bound(rows + rowOfLetter[letter], end, name,
-                       [](const FunctionRow& left, std::u16string_view right) { return left.name < right; });
-  return row != end && row->name == name ? row : nullptr;
+  if (name.empty() || name.front() < u'A' || name.front() > u'Z') return nullptr;
+  for (std::size_t slot = slotOf(name); rowOfSlot[slot] != noRow; slot = (slot + 1) % slotCount) {
+    const FunctionRow& row = rows[rowOfSlot[slot]];
+    if (row.name == name) return &row;
+  }
+  return nullptr;
 }
 
 const FunctionRow* findFunction(std::uint16_t number) {

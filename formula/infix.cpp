@@ -1,11 +1,11 @@
 #include "formula/infix.h"
 
 #include <cstdint>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "engine/xlerror.h"
+#include "formula/characters.h"
 #include "formula/function_table.h"
 #include "formula/infix_tokens.h"
 #include "formula/postfix.h"
@@ -15,101 +15,7 @@
 namespace rubrica::formula {
 namespace {
 
-constexpr bool isSeparator(std::u16string_view token) {
-  return token == u";" || token == u",";
-}
-
-// The function that `token` calls, or null. TRUE and FALSE are calls only in front of a parenthesis; as the last word
-// of a formula they are taken for calls all the same, which then miss their parentheses.
-const FunctionRow* calledFunction(std::u16string_view token, std::u16string_view rest) {
-  const FunctionRow* const row = findFunction(token);
-  if (!row || (token != postfix::kTrue && token != postfix::kFalse)) return row;
-  return rest.empty() || rest[0] == u'(' ? row : nullptr;
-}
-
-// A call that the walk is inside of.
-struct CallContext {
-  std::uint32_t referenceMask = 0;
-  unsigned argument = 0;
-  std::size_t depth = 0;  // open parentheses, the call's own included
-
-  bool takesReference() const { return (referenceMask >> (argument % 32) & 1) != 0; }
-};
-
-}  // namespace
-
-std::u16string normalisedFormula(std::u16string_view text) {
-  std::u16string result;
-  result.reserve(text.size());
-  bool inText = false, inName = false;
-  for (const char16_t c : text) {
-    if (c == u'"') inText = !inText;
-    if (c == u'\'') inName = !inName;
-    if (c != u' ' || inText || inName) result += c;
-  }
-  if (!result.empty() && result[0] == u'=') result.erase(0, 1);
-  return result;
-}
-
-std::u16string withReferenceMarks(std::u16string_view text) {
-  std::u16string result;
-  result.reserve(text.size() + text.size() / 4);
-  std::vector<CallContext> calls;
-  InfixTokens tokens(text);
-  for (auto token = tokens.next(); !token.empty(); token = tokens.next()) {
-    result += token;
-    if (const FunctionRow* const row = calledFunction(token, tokens.rest())) {
-      calls.push_back({row->referenceMask});
-    } else if (calls.empty()) {
-      continue;
-    } else if (token == u"(") {
-      ++calls.back().depth;
-    } else if (token == u")") {
-      if (calls.back().depth > 0) --calls.back().depth;
-      if (calls.back().depth == 0) calls.pop_back();
-    } else if (isSeparator(token)) {
-      if (calls.back().depth == 1) ++calls.back().argument;
-    } else if (calls.back().takesReference() && hasReferenceForm(token)) {
-      result += u'R';
-    }
-  }
-  return result;
-}
-
-namespace {
-
-constexpr std::int32_t unclosed = -1;
-
-// For every "(" outside quotes, at its position, how many arguments a call with that parenthesis has: the separators
-// directly inside it, and one more when something stands before the first of them. So "()" has 0, "(a)" 1, "(a,b)" 2,
-// "(,)" 1. `unclosed` where the ")" is missing. One walk for all calls keeps deep nesting linear.
-std::vector<std::int32_t> argumentCounts(std::u16string_view text) {
-  struct Open {
-    std::size_t position;
-    std::int32_t count;
-  };
-  std::vector<std::int32_t> counts(text.size(), unclosed);
-  std::vector<Open> open;
-  QuoteState quotes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char16_t c = text[i];
-    const bool quoted = quotes.inside();
-    quotes.pass(c);
-    if (quoted) continue;
-    if (c == u')') {
-      if (open.empty()) continue;
-      counts[open.back().position] = open.back().count;
-      open.pop_back();
-      continue;
-    }
-    if (!open.empty()) {
-      std::int32_t& count = open.back().count;
-      if (c == u',' || c == u';' || count == 0) ++count;
-    }
-    if (c == u'(') open.push_back({i, 0});
-  }
-  return counts;
-}
+constexpr char missingParentheses[] = "error: function parentheses not found";
 
 enum Precedence : int {
   callPrecedence = -1,
@@ -147,12 +53,22 @@ Precedence precedenceOf(std::uint8_t operatorToken) {
   }
 }
 
-// The operator stack over a formula with reference marks.
+constexpr bool isSeparator(std::u16string_view token) {
+  return token == u"," || token == u";";
+}
+
+// The function that `token` calls, or null. TRUE and FALSE are calls only in front of a parenthesis; as the last word
+// of a formula they are taken for calls all the same, which then miss their parentheses.
+const FunctionRow* calledFunction(std::u16string_view token, std::u16string_view rest) {
+  const FunctionRow* const row = findFunction(token);
+  if (!row || (token != postfix::kTrue && token != postfix::kFalse)) return row;
+  return rest.empty() || rest[0] == u'(' ? row : nullptr;
+}
+
+// The operator stack over a formula without blanks outside quotes.
 class PostfixBuilder {
  public:
-  explicit PostfixBuilder(std::u16string_view text) : _text(text), _argumentCounts(argumentCounts(text)) {
-    _output.reserve(2 * text.size());
-  }
+  explicit PostfixBuilder(std::u16string_view text) : _tokens(text) { _output.reserve(2 * text.size() + 8); }
 
   std::u16string build();
 
@@ -160,33 +76,47 @@ class PostfixBuilder {
   struct Pending {
     std::u16string_view text;
     Precedence precedence;
-    std::int32_t argumentCount = 0;  // of a call
-    bool plain = false;              // parentheses that belong to no call
+    bool plain = false;  // parentheses that belong to no call
   };
 
-  void put(std::u16string_view item) { _output.append(item).append(1, u' '); }
+  // A call that the walk is inside of.
+  struct Call {
+    std::uint32_t referenceMask = 0;
+    unsigned separators = 0;  // so far, which is also the position of the present argument
+    std::size_t depth = 0;    // open parentheses, the call's own included
+    bool begunWithArgument = false;
+
+    bool takesReference() const { return (referenceMask >> (separators % 32) & 1) != 0; }
+    // "()" has no arguments, "(a)" one, "(a,b)" two, but "(,)" one and "(,b)" too.
+    unsigned count() const { return separators + (begunWithArgument ? 1 : 0); }
+  };
+
+  void put(std::u16string_view item) { _output.append(item) += u' '; }
   void popToOutput();
   void popNotBelow(Precedence precedence);
+  void countArgument(std::u16string_view token);
   void operand(std::u16string_view text);
-  void call(std::u16string_view name, std::u16string_view rest);
+  void openCall(const FunctionRow& function);
+  void closeCall();
   void openParenthesis();
   void closeParenthesis();
   void separator();
   void binaryOrSign(std::u16string_view text, std::uint8_t operatorToken);
+  bool enclosingCallsClose() const;
 
-  std::u16string_view _text;
-  std::vector<std::int32_t> _argumentCounts;
+  InfixTokens _tokens;
   std::u16string _output;
   std::vector<Pending> _stack;
+  std::vector<Call> _calls;
   bool _hasOperand = false;  // "-" and "+" are signs while there is none
   bool _callBegins = false;  // the next parenthesis is a call's
 };
 
 std::u16string PostfixBuilder::build() {
-  InfixTokens tokens(_text);
-  for (auto token = tokens.next(); !token.empty(); token = tokens.next()) {
-    if (calledFunction(token, tokens.rest())) {
-      call(token, tokens.rest());
+  for (auto token = _tokens.next(); !token.empty(); token = _tokens.next()) {
+    countArgument(token);
+    if (const FunctionRow* const function = calledFunction(token, _tokens.rest())) {
+      openCall(*function);
     } else if (token == u"%") {
       put(postfix::kPercent);
     } else if (token == u"(") {
@@ -201,44 +131,67 @@ std::u16string PostfixBuilder::build() {
       operand(token);
     }
   }
+  if (!_calls.empty()) throw xlerror(missingParentheses);
   while (!_stack.empty()) popToOutput();
   if (!_output.empty()) _output.pop_back();
   return std::move(_output);
 }
 
 void PostfixBuilder::popToOutput() {
-  const Pending top = _stack.back();
+  put(_stack.back().text);
   _stack.pop_back();
-  _output += top.text;
-  if (top.precedence == callPrecedence) {
-    for (const char digit : std::to_string(top.argumentCount)) _output += static_cast<char16_t>(digit);
-    _output += postfix::kFunctionEnd;
-  }
-  _output += u' ';
 }
 
 void PostfixBuilder::popNotBelow(Precedence precedence) {
   while (!_stack.empty() && _stack.back().precedence >= precedence) popToOutput();
 }
 
+// What stands directly inside a call's parentheses in front of the first separator makes the first argument.
+void PostfixBuilder::countArgument(std::u16string_view token) {
+  if (_calls.empty() || _calls.back().depth != 1) return;
+  Call& call = _calls.back();
+  if (isSeparator(token)) {
+    ++call.separators;
+  } else if (call.separators == 0 && token != u")") {
+    call.begunWithArgument = true;
+  }
+}
+
 void PostfixBuilder::operand(std::u16string_view text) {
-  put(text);
+  _output += text;
+  if (!_calls.empty() && _calls.back().takesReference() && hasReferenceForm(text)) _output += u'R';
+  _output += u' ';
   _hasOperand = true;
 }
 
-void PostfixBuilder::call(std::u16string_view name, std::u16string_view rest) {
-  if (rest.empty()) throw xlerror("error: function parentheses not found");
-  if (rest[0] != u'(') throw xlerror("error: function name without open parenthesis");
-  const std::int32_t count = _argumentCounts[_text.size() - rest.size()];
-  if (count == unclosed) throw xlerror("error: function parentheses not found");
-  _stack.push_back({name, callPrecedence, count});
+void PostfixBuilder::openCall(const FunctionRow& function) {
+  const std::u16string_view rest = _tokens.rest();
+  if (rest.empty()) throw xlerror(missingParentheses);
+  if (rest[0] != u'(') {
+    throw xlerror(enclosingCallsClose() ? "error: function name without open parenthesis" : missingParentheses);
+  }
+  _stack.push_back({function.name, callPrecedence});
+  _calls.push_back({function.referenceMask});
   _callBegins = true;
   _hasOperand = false;
 }
 
+// A call around a faulty one that is never closed itself is the formula's first fault, though it shows last.
+bool PostfixBuilder::enclosingCallsClose() const {
+  std::size_t depth = 0;
+  for (const Call& call : _calls) depth += call.depth;
+  InfixTokens ahead(_tokens.rest());
+  for (auto token = ahead.next(); !token.empty() && depth > 0; token = ahead.next()) {
+    if (token == u"(") ++depth;
+    if (token == u")") --depth;
+  }
+  return depth == 0;
+}
+
 void PostfixBuilder::openParenthesis() {
-  _stack.push_back({postfix::kParentheses, parenthesisPrecedence, 0, !_callBegins});
+  _stack.push_back({postfix::kParentheses, parenthesisPrecedence, !_callBegins});
   _callBegins = false;
+  if (!_calls.empty()) ++_calls.back().depth;
 }
 
 void PostfixBuilder::closeParenthesis() {
@@ -246,10 +199,17 @@ void PostfixBuilder::closeParenthesis() {
   if (_stack.empty()) throw xlerror("error in formula");
   if (_stack.back().plain) put(postfix::kParentheses);
   _stack.pop_back();
-  if (!_stack.empty() && _stack.back().precedence == callPrecedence) {
-    popToOutput();
-    _hasOperand = true;
-  }
+  if (!_calls.empty() && --_calls.back().depth == 0) closeCall();
+}
+
+void PostfixBuilder::closeCall() {
+  _output += _stack.back().text;
+  appendDecimal(_output, _calls.back().count());
+  _output += postfix::kFunctionEnd;
+  _output += u' ';
+  _stack.pop_back();
+  _calls.pop_back();
+  _hasOperand = true;
 }
 
 void PostfixBuilder::separator() {
@@ -271,10 +231,46 @@ void PostfixBuilder::binaryOrSign(std::u16string_view text, std::uint8_t operato
 
 }  // namespace
 
+std::u16string normalisedFormula(std::u16string_view text) {
+  std::u16string result;
+  result.reserve(text.size());
+  bool inText = false, inName = false;
+  for (const char16_t c : text) {
+    if (c == u'"') inText = !inText;
+    if (c == u'\'') inName = !inName;
+    if (c != u' ' || inText || inName) result += c;
+  }
+  if (!result.empty() && result[0] == u'=') result.erase(0, 1);
+  return result;
+}
+
+namespace {
+
+// The tokens of a formula one after the other: without the blanks that normalising left outside quotes.
+std::u16string joinedTokens(std::u16string_view text) {
+  std::u16string result;
+  result.reserve(text.size());
+  InfixTokens tokens(text);
+  for (auto token = tokens.next(); !token.empty(); token = tokens.next()) result += token;
+  return result;
+}
+
+constexpr bool contains(std::u16string_view text, char16_t c) {
+  return text.find(c) != std::u16string_view::npos;
+}
+
+}  // namespace
+
 std::u16string postfixFromInfix(std::u16string_view text) {
   if (errorCode(text)) return std::u16string(text);
-  const std::u16string marked = withReferenceMarks(normalisedFormula(text));
-  return PostfixBuilder(marked).build();
+  if (!contains(text, u' ')) {
+    if (text.starts_with(u'=')) text.remove_prefix(1);
+    return PostfixBuilder(text).build();
+  }
+  std::u16string normalised = normalisedFormula(text);
+  // Only where one kind of quote stands inside the other can blanks be left.
+  if (contains(normalised, u'"') && contains(normalised, u'\'')) normalised = joinedTokens(normalised);
+  return PostfixBuilder(normalised).build();
 }
 
 }  // namespace rubrica::formula

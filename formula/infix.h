@@ -1,6 +1,5 @@
-// The first stage of the compiler: formula text as users write it becomes postfix text. Needs no book. Its steps are
-// functions of their own so that each can be tested; they take time in proportion to the text and don't recurse,
-// whatever the nesting.
+// The first stage of the compiler: formula text as users write it becomes postfix text. Needs no book. Takes time in
+// proportion to the text and doesn't recurse, whatever the nesting.
 //
 // Where this grammar leaves a choice, it is made so:
 // - TRUE and FALSE without parentheses open no call, so the references behind them belong to the call around them.
@@ -18,12 +17,9 @@ namespace rubrica::formula {
 // inside a quoted sheet name makes the texts behind it lose theirs.
 std::u16string normalisedFormula(std::u16string_view text);
 
-// The same formula with "R" behind every operand that has the form of a reference and stands where its function takes
-// references.
-std::u16string withReferenceMarks(std::u16string_view text);
-
-// The postfix text of a formula. A text that is one error constant is its own postfix text. Throws xlerror "error:
-// function parentheses not found", "error: function name without open parenthesis", "error in formula".
+// The postfix text of a formula. Operands of the form of a reference get the mark "R" where their function takes
+// references. A text that is one error constant is its own postfix text. Throws xlerror "error: function parentheses
+// not found", "error: function name without open parenthesis", "error in formula".
 std::u16string postfixFromInfix(std::u16string_view text);
 
 }  // namespace rubrica::formula

@@ -1,19 +1,23 @@
 #include "formula/infix_tokens.h"
 
-#include <algorithm>
 #include <array>
+#include <cstdint>
 
 namespace rubrica::formula {
 namespace {
 
-constexpr auto delimiters = [] {
-  std::array<bool, 128> table{};
-  for (const char16_t c : std::u16string_view(u"+-*/()^<>=;&%,")) table[c] = true;
-  return table;
+enum CharacterKind : std::uint8_t { plain, delimiter, quote, blank };
+
+constexpr auto characterKinds = [] {
+  std::array<CharacterKind, 128> kinds{};
+  for (const char16_t c : std::u16string_view(u"+-*/()^<>=;&%,")) kinds[c] = delimiter;
+  kinds[u'"'] = kinds[u'\''] = quote;
+  kinds[u' '] = blank;
+  return kinds;
 }();
 
-constexpr bool isDelimiter(char16_t c) {
-  return c < delimiters.size() && delimiters[c];
+constexpr CharacterKind kindOf(char16_t c) {
+  return c < characterKinds.size() ? characterKinds[c] : plain;
 }
 
 std::size_t delimiterLength(std::u16string_view text) {
@@ -22,20 +26,33 @@ std::size_t delimiterLength(std::u16string_view text) {
   return pair ? 2 : 1;
 }
 
+// Up to the next delimiter outside quotes. `blanks` is set when there are blanks outside quotes in it.
+std::size_t operandLength(std::u16string_view text, bool& blanks) {
+  QuoteState quotes;
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    const CharacterKind kind = kindOf(text[length]);
+    if (kind == plain) continue;
+    if (kind == quote) {
+      quotes.pass(text[length]);
+    } else if (!quotes.inside()) {
+      if (kind == delimiter) return length;
+      blanks = true;
+    }
+  }
+  return text.size();
+}
+
 }  // namespace
 
 std::u16string_view InfixTokens::next() {
-  const std::size_t begin = std::min(_rest.find_first_not_of(u' '), _rest.size());
-  _rest.remove_prefix(begin);
+  while (!_rest.empty() && _rest[0] == u' ') _rest.remove_prefix(1);
   if (_rest.empty()) return {};
-  const bool delimiter = isDelimiter(_rest[0]);
-  std::size_t length = delimiter ? delimiterLength(_rest) : 0;
+  std::size_t length = 0;
   bool blanks = false;
-  for (QuoteState quotes; !delimiter && length < _rest.size(); ++length) {
-    const char16_t c = _rest[length];
-    if (!quotes.inside() && isDelimiter(c)) break;
-    blanks = blanks || (c == u' ' && !quotes.inside());
-    quotes.pass(c);
+  if (kindOf(_rest[0]) == delimiter) {
+    length = delimiterLength(_rest);
+  } else {
+    length = operandLength(_rest, blanks);
   }
   const std::u16string_view token = _rest.substr(0, length);
   _rest.remove_prefix(length);

@@ -12,7 +12,7 @@ namespace rubrica::formula {
 class QuoteState {
  public:
   bool inside() const { return _inText || _inName; }
-  // To be told every character.
+  // To be told every quote; other characters don't matter.
   void pass(char16_t c) {
     if (c == u'"' && !_inName) _inText = !_inText;
     if (c == u'\'' && !_inText) _inName = !_inName;

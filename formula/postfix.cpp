@@ -6,6 +6,7 @@
 #include "engine/xlerror.h"
 #include "formula/characters.h"
 #include "formula/function_table.h"
+#include "formula/infix_tokens.h"
 #include "formula/ptg.h"
 
 namespace rubrica::formula {
@@ -44,13 +45,13 @@ int leadingCount(std::u16string_view text) {
 bool PostfixItems::next(std::u16string_view& item) {
   while (!_rest.empty() && _rest[0] == u' ') _rest.remove_prefix(1);
   if (_rest.empty()) return false;
-  bool inText = false, inName = false;
+  QuoteState quotes;
   std::size_t length = 0;
   for (; length < _rest.size(); ++length) {
     const char16_t c = _rest[length];
-    if (c == u'"' && !inName) inText = !inText;
-    if (c == u'\'' && !inText) inName = !inName;
-    if (c == u' ' && !inText && !inName) break;
+    if (c > u'\'') continue;
+    if (c == u' ' && !quotes.inside()) break;
+    quotes.pass(c);
   }
   item = _rest.substr(0, length);
   _rest.remove_prefix(length);
@@ -59,6 +60,20 @@ bool PostfixItems::next(std::u16string_view& item) {
 
 std::optional<std::uint8_t> binaryOperatorToken(std::u16string_view text) {
   if (text.empty() || text.size() > 2) return std::nullopt;
+  switch (text[0]) {
+    case u'+':
+    case u'-':
+    case u'*':
+    case u'/':
+    case u'^':
+    case u'&':
+    case u'<':
+    case u'=':
+    case u'>':
+      break;
+    default:
+      return std::nullopt;
+  }
   const auto found = std::find(std::begin(binaryOperators), std::end(binaryOperators), text);
   if (found == std::end(binaryOperators)) return std::nullopt;
   return static_cast<std::uint8_t>(ptg::Add + (found - std::begin(binaryOperators)));

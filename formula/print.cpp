@@ -3,8 +3,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "formula/byte_stream.h"
+#include "formula/characters.h"
 #include "formula/function_table.h"
 #include "formula/postfix.h"
 #include "formula/ptg.h"
@@ -15,178 +17,203 @@ namespace {
 
 constexpr std::u16string_view unknownItem = u"?";
 
-std::u16string decimalText(unsigned value) {
-  const std::string digits = std::to_string(value);
-  return std::u16string(digits.begin(), digits.end());
-}
-
-std::u16string functionText(std::u16string_view name, unsigned count) {
-  return std::u16string(name) + decimalText(count) + postfix::kFunctionEnd;
-}
-
-// Turns one token after the other into its postfix item.
+// Writes the postfix items of one token after the other.
 class ItemPrinter {
  public:
   ItemPrinter(const BookAccess& book, bool relative, int row, int col)
       : _book(book), _relative(relative), _row(row), _col(col) {}
 
-  // The item of a whole token, which is taken from the stream. Empty for tokens that add nothing.
-  std::u16string item(ByteStream& token);
+  // Takes a whole token from its stream. Tokens that add nothing leave the text as it was.
+  void print(ByteStream& token);
+
+  std::u16string release() { return std::move(_text); }
 
  private:
-  static std::u16string stringItem(ByteStream& token);
-  static std::u16string attrItem(ByteStream& token);
-  static std::u16string errorItem(ByteStream& token);
-  static std::u16string fixedFunctionItem(ByteStream& token);
-  static std::u16string variableFunctionItem(ByteStream& token);
-  std::u16string nameItem(ByteStream& token) const;
-  std::u16string referenceItem(std::uint8_t base, ByteStream& token) const;
-  std::u16string sheetItem(std::uint8_t base, ByteStream& token) const;
-  std::u16string addressItem(bool isOffset, std::uint16_t row, std::uint16_t columnWord) const;
-  std::u16string rangeItem(bool isOffset, ByteStream& token) const;
+  void printPlain(std::uint8_t first, ByteStream& token);
+  void printOperand(std::uint8_t base, ByteStream& token);
+  void printString(ByteStream& token);
+  void printName(ByteStream& token);
+  void printFixedCall(ByteStream& token);
+  void printVariableCall(ByteStream& token);
+  void printCall(const FunctionRow* function, unsigned count);
+  void printCell(bool isOffset, ByteStream& token);
+  void printArea(bool isOffset, ByteStream& token);
+  void printSheet(std::uint8_t base, ByteStream& token);
+  void printAddress(bool isOffset, std::uint16_t row, std::uint16_t columnWord);
 
   const BookAccess& _book;
   bool _relative;
   int _row;
   int _col;
+  std::u16string _text;
 };
 
-std::u16string ItemPrinter::item(ByteStream& token) {
+void ItemPrinter::print(ByteStream& token) {
+  const std::size_t before = _text.size();
+  if (before > 0) _text += u' ';
+  const std::size_t begin = _text.size();
   const std::uint8_t first = token.popByte();
-  if (first >= ptg::Add && first <= ptg::Ne) return std::u16string(binaryOperatorText(first));
+  if (first < ptg::Array) {
+    printPlain(first, token);
+  } else if (first == ptg::Name + kArrayClass) {
+    _text += unknownItem;
+  } else if (first == ptg::RefErr) {
+    _text += kRefErrorText;
+  } else {
+    printOperand(baseToken(first), token);
+  }
+  if (_text.size() == begin) _text.resize(before);
+}
+
+void ItemPrinter::printPlain(std::uint8_t first, ByteStream& token) {
+  if (first >= ptg::Add && first <= ptg::Ne) {
+    _text += binaryOperatorText(first);
+    return;
+  }
   switch (first) {
     case ptg::Range:
-      return std::u16string(postfix::kRange);
+      _text += postfix::kRange;
+      return;
     case ptg::Uplus:
-      return std::u16string(postfix::kUnaryPlus);
+      _text += postfix::kUnaryPlus;
+      return;
     case ptg::Uminus:
-      return std::u16string(postfix::kUnaryMinus);
+      _text += postfix::kUnaryMinus;
+      return;
     case ptg::Percent:
-      return std::u16string(postfix::kPercent);
+      _text += postfix::kPercent;
+      return;
     case ptg::Paren:
-      return std::u16string(postfix::kParentheses);
+      _text += postfix::kParentheses;
+      return;
     case ptg::MissArg:
-      return u"MISS";
+      _text += u"MISS";
+      return;
     case ptg::Str:
-      return stringItem(token);
+      return printString(token);
     case ptg::Attr:
-      return attrItem(token);
+      if (token.popByte() == attr::Sum) printCall(findFunction(u"SUM"), 1);
+      return;
     case ptg::Err:
-      return errorItem(token);
+      _text += errorText(token.popByte()).value_or(unknownItem);
+      return;
     case ptg::Bool:
-      return std::u16string(token.popByte() != 0 ? postfix::kTrue : postfix::kFalse);
+      _text += token.popByte() != 0 ? postfix::kTrue : postfix::kFalse;
+      return;
     case ptg::Int:
-      return decimalText(token.popInt16());
+      return appendDecimal(_text, token.popInt16());
     case ptg::Num:
-      return numberText(token.popDouble());
-    case ptg::Name + kArrayClass:
-      return std::u16string(unknownItem);
-    case ptg::RefErr:
-      return std::u16string(kRefErrorText);
+      _text += numberText(token.popDouble());
+      return;
     default:
-      return referenceItem(baseToken(first), token);
+      _text += unknownItem;
   }
 }
 
-std::u16string ItemPrinter::referenceItem(std::uint8_t base, ByteStream& token) const {
+void ItemPrinter::printOperand(std::uint8_t base, ByteStream& token) {
   switch (base) {
     case ptg::Func:
-      return fixedFunctionItem(token);
+      return printFixedCall(token);
     case ptg::FuncVar:
-      return variableFunctionItem(token);
+      return printVariableCall(token);
     case ptg::Name:
-      return nameItem(token);
+      return printName(token);
     case ptg::Ref:
-    case ptg::RefN: {
-      const std::uint16_t row = token.popInt16();
-      return addressItem(base == ptg::RefN, row, token.popInt16());
-    }
+    case ptg::RefN:
+      return printCell(base == ptg::RefN, token);
     case ptg::Area:
     case ptg::AreaN:
-      return rangeItem(base == ptg::AreaN, token);
+      return printArea(base == ptg::AreaN, token);
     case ptg::MemErr:
     case ptg::RefErr:
     case ptg::AreaErr:
     case ptg::RefErr3d:
     case ptg::AreaErr3d:
-      return u"ERR";
+      _text += u"ERR";
+      return;
     case ptg::MemNoMem:
-      return u"NOMEM";
+      _text += u"NOMEM";
+      return;
     case ptg::MemFunc:
-      return {};
+      return;
     case ptg::Ref3d:
     case ptg::Area3d:
-      return sheetItem(base, token);
+      return printSheet(base, token);
     default:
-      return std::u16string(unknownItem);
+      _text += unknownItem;
   }
 }
 
-std::u16string ItemPrinter::stringItem(ByteStream& token) {
+void ItemPrinter::printString(ByteStream& token) {
   const std::size_t count = token.popByte();
   const bool wide = (token.popByte() & 1) != 0;
-  std::u16string text = u"\"";
+  _text += u'"';
   for (std::size_t i = 0; i < count; ++i) {
     const char16_t c = wide ? token.popInt16() : token.popByte();
-    if (c == u'"') text += c;
-    text += c;
+    if (c == u'"') _text += c;
+    _text += c;
   }
-  text += u'"';
-  return text;
+  _text += u'"';
 }
 
-std::u16string ItemPrinter::attrItem(ByteStream& token) {
-  return token.popByte() == attr::Sum ? functionText(u"SUM", 1) : std::u16string();
+void ItemPrinter::printName(ByteStream& token) {
+  const std::uint32_t index = token.popInt32();
+  const auto text = index == 0 ? std::nullopt : _book.nameText(index - 1);
+  _text += text ? std::u16string_view(*text) : unknownItem;
 }
 
-std::u16string ItemPrinter::errorItem(ByteStream& token) {
-  return std::u16string(errorText(token.popByte()).value_or(unknownItem));
+void ItemPrinter::printFixedCall(ByteStream& token) {
+  const FunctionRow* const function = findFunction(token.popInt16());
+  printCall(function, function ? function->fixedCount : 0);
 }
 
-std::u16string ItemPrinter::fixedFunctionItem(ByteStream& token) {
-  const FunctionRow* const row = findFunction(token.popInt16());
-  return row ? functionText(row->name, row->fixedCount) : functionText(unknownItem, 0);
-}
-
-std::u16string ItemPrinter::variableFunctionItem(ByteStream& token) {
+void ItemPrinter::printVariableCall(ByteStream& token) {
   constexpr std::uint16_t firstNegative = 0x8000;
   const std::uint8_t count = token.popByte();
   const std::uint16_t number = token.popInt16();
-  if (number >= firstNegative) return std::u16string(unknownItem);
-  const FunctionRow* const row = findFunction(number);
-  return functionText(row ? row->name : unknownItem, count);
+  if (number >= firstNegative) {
+    _text += unknownItem;
+  } else {
+    printCall(findFunction(number), count);
+  }
 }
 
-std::u16string ItemPrinter::nameItem(ByteStream& token) const {
-  const std::uint32_t index = token.popInt32();
-  const auto text = index == 0 ? std::nullopt : _book.nameText(index - 1);
-  return text.value_or(std::u16string(unknownItem));
+void ItemPrinter::printCall(const FunctionRow* function, unsigned count) {
+  _text += function ? function->name : unknownItem;
+  appendDecimal(_text, count);
+  _text += postfix::kFunctionEnd;
 }
 
-std::u16string ItemPrinter::sheetItem(std::uint8_t base, ByteStream& token) const {
-  std::u16string text = _book.sheetPart(token.popInt16());
-  if (text == kRefErrorText) return text;
-  text += u'!';
-  if (base == ptg::Area3d) return text + rangeItem(false, token);
+void ItemPrinter::printSheet(std::uint8_t base, ByteStream& token) {
+  const std::u16string part = _book.sheetPart(token.popInt16());
+  _text += part;
+  if (part == kRefErrorText) return;
+  _text += u'!';
+  base == ptg::Ref3d ? printCell(false, token) : printArea(false, token);
+}
+
+void ItemPrinter::printCell(bool isOffset, ByteStream& token) {
   const std::uint16_t row = token.popInt16();
-  return text + addressItem(false, row, token.popInt16());
+  printAddress(isOffset, row, token.popInt16());
 }
 
-std::u16string ItemPrinter::rangeItem(bool isOffset, ByteStream& token) const {
+void ItemPrinter::printArea(bool isOffset, ByteStream& token) {
   const std::uint16_t firstRow = token.popInt16();
   const std::uint16_t lastRow = token.popInt16();
   const std::uint16_t firstColumn = token.popInt16();
   const std::uint16_t lastColumn = token.popInt16();
-  return addressItem(isOffset, firstRow, firstColumn) + u':' + addressItem(isOffset, lastRow, lastColumn);
+  printAddress(isOffset, firstRow, firstColumn);
+  _text += u':';
+  printAddress(isOffset, lastRow, lastColumn);
 }
 
-std::u16string ItemPrinter::addressItem(bool isOffset, std::uint16_t row, std::uint16_t columnWord) const {
+void ItemPrinter::printAddress(bool isOffset, std::uint16_t row, std::uint16_t columnWord) {
   CellAddress address = addressFromWords(row, columnWord);
   if (isOffset && _relative) {
     if (address.rowRelative) address.row = (address.row + _row) & 0xFFFF;
     if (address.colRelative) address.col = (address.col + _col) & 0xFF;
   }
-  return addressText(address);
+  _text += addressText(address);
 }
 
 }  // namespace
@@ -216,15 +243,11 @@ std::u16string postfixFromTokens(std::span<const std::uint8_t> tokens, const Boo
   ItemPrinter printer(book, relative, row, col);
   ByteStream stream(tokens);
   FormulaBlock block;
-  std::u16string text;
   while (!stream.empty()) {
     block.takeFrom(stream);
-    const std::u16string item = printer.item(block.bytes());
-    if (item.empty()) continue;
-    if (!text.empty()) text += u' ';
-    text += item;
+    printer.print(block.bytes());
   }
-  return text;
+  return printer.release();
 }
 
 std::u16string printFormula(std::span<const std::uint8_t> tokens, const BookAccess& book, bool relative, int row,

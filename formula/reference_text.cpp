@@ -49,11 +49,12 @@ std::optional<CellParts> splitCell(std::u16string_view text) {
   return parts;
 }
 
+// Letters beyond A to Z have the form of a column too, but name none.
 int columnFromLetters(std::u16string_view letters) {
   int sum = 0;
   for (const char16_t letter : letters) {
-    sum = sum * 26 + (upperCase(letter) - 64);
-    if (sum > columnCount) throw xlerror("Column is out of range");
+    sum = sum * 26 + (upperCase(letter) - u'A' + 1);
+    if (sum > columnCount || !isAsciiLetter(letter)) throw xlerror("Column is out of range");
   }
   return sum - 1;
 }

@@ -16,10 +16,12 @@ std::u16string_view skipPart(std::u16string_view text, char16_t letter) {
   return text.substr(static_cast<std::size_t>(end - text.begin()));
 }
 
-// An address in either notation, whatever its size: "AB12", "R1C1", "RC", "C".
+// An address in either notation, up to the columns of the largest sheets: "AB12", "R1C1", "RC", "C".
 bool looksLikeAddress(std::u16string_view name) {
+  constexpr std::ptrdiff_t longestColumn = 3;
   const auto lettersEnd = std::find_if_not(name.begin(), name.end(), isAsciiLetter);
-  const bool hasBoth = lettersEnd != name.begin() && lettersEnd != name.end();
+  const std::ptrdiff_t letters = lettersEnd - name.begin();
+  const bool hasBoth = letters > 0 && letters <= longestColumn && lettersEnd != name.end();
   if (hasBoth && std::all_of(lettersEnd, name.end(), isDigit)) return true;
   return skipPart(skipPart(name, u'R'), u'C').empty();
 }

@@ -73,22 +73,30 @@ class Converter {
     char* in = const_cast<char*>(bytes.data());  // iconv's signature; it doesn't write there
     std::size_t inLeft = bytes.size();
     while (inLeft != 0) {
-      std::array<char16_t, 256> units{};
-      char* to = reinterpret_cast<char*>(units.data());
-      std::size_t toLeft = sizeof units;
-      const std::size_t result = iconv(_handle, &in, &inLeft, &to, &toLeft);
-      const int error = result == static_cast<std::size_t>(-1) ? errno : 0;
-      out.append(units.data(), (sizeof units - toLeft) / sizeof(char16_t));
+      const int error = step(&in, &inLeft, out);
       if (error == 0 || error == E2BIG) continue;
       out.push_back(kReplacement);
       if (error == EINVAL) break;  // the text ends within a character
       ++in;
       --inLeft;
     }
+    // Pages with combining accents hold the last letter back until they know that no accent follows.
+    step(nullptr, nullptr, out);
     return out;
   }
 
  private:
+  // Appends what one call of iconv gives; 0, or why it stopped.
+  int step(char** in, std::size_t* inLeft, std::u16string& out) {
+    std::array<char16_t, 256> units{};
+    char* to = reinterpret_cast<char*>(units.data());
+    std::size_t toLeft = sizeof units;
+    const std::size_t result = iconv(_handle, in, inLeft, &to, &toLeft);
+    const int error = result == static_cast<std::size_t>(-1) ? errno : 0;
+    out.append(units.data(), (sizeof units - toLeft) / sizeof(char16_t));
+    return error;
+  }
+
   void open(const char* name) { _handle = iconv_open(kUtf16Units, name); }
 
   inline static const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,7 +12,7 @@ namespace rubrica::platform {
 
 namespace {
 
-// How much is asked for past the size that the system states, to meet the end of a file that says 0 or has grown.
+// Room added for a file that is longer than the system stated.
 constexpr std::size_t kGrowth = 64 * 1024;
 
 class FileDescriptor {
@@ -38,7 +39,14 @@ ssize_t readSome(int fd, std::byte* to, std::size_t size) {
 
 }  // namespace
 
-std::optional<std::vector<std::byte>> readWholeFile(std::u16string_view path) {
+void FileBytes::grow(std::size_t more) {
+  FileBytes wider(_capacity + more);
+  std::copy_n(_bytes.get(), _size, wider._bytes.get());
+  wider._size = _size;
+  *this = std::move(wider);
+}
+
+std::optional<FileBytes> readWholeFile(std::u16string_view path) {
   const std::optional<std::string> name = posixPath(path);
   if (!name) return std::nullopt;
   // Without O_NONBLOCK the open of a pipe would wait for its writer before it can be refused.
@@ -46,24 +54,15 @@ std::optional<std::vector<std::byte>> readWholeFile(std::u16string_view path) {
   struct stat status {};
   if (file.get() < 0 || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
 
-  std::vector<std::byte> bytes(static_cast<std::size_t>(status.st_size));
-  std::size_t filled = 0;
+  // One byte more than the system states: the read that ends the file needs room too.
+  FileBytes bytes(static_cast<std::size_t>(status.st_size) + 1);
   for (;;) {
-    if (filled == bytes.size()) {
-      std::byte next;
-      const ssize_t got = readSome(file.get(), &next, 1);
-      if (got < 0) return std::nullopt;
-      if (got == 0) break;
-      bytes.resize(filled + kGrowth);
-      bytes[filled++] = next;
-    }
-    const ssize_t got = readSome(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (bytes.size() == bytes.capacity()) bytes.grow(kGrowth);
+    const ssize_t got = readSome(file.get(), bytes.data() + bytes.size(), bytes.capacity() - bytes.size());
     if (got < 0) return std::nullopt;
-    if (got == 0) break;
-    filled += static_cast<std::size_t>(got);
+    if (got == 0) return bytes;
+    bytes.setSize(bytes.size() + static_cast<std::size_t>(got));
   }
-  bytes.resize(filled);
-  return bytes;
 }
 
 }  // namespace rubrica::platform

@@ -21,6 +21,7 @@ void StrMap::clear() {
 }
 
 std::uint32_t StrMap::add(std::u16string_view text) {
+  if (text.empty()) text = u"";
   hashNewEntries();
   const Key key{text, hash(text)};
   if (const auto known = _positions.find(key); known != _positions.end()) {

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -68,7 +69,8 @@ class StrMap {
     }
     bool operator()(const Key& key, std::uint32_t position) const {
       const auto& entry = map->_entries[position];
-      return entry.hash == key.hash && entry.view() == key.text;
+      return entry.hash == key.hash && entry.cch == key.text.size() &&
+             std::memcmp(entry.text, key.text.data(), key.text.size() * sizeof(char16_t)) == 0;
     }
     bool operator()(std::uint32_t position, const Key& key) const { return (*this)(key, position); }
   };

@@ -18,10 +18,21 @@ TEST(WholeFile, GivesTheBytesOfAFile) {
   writeText(directory.file("a.bin"), std::string("a\0\xFFz", 4));
   const auto bytes = readWholeFile(directory.file("a.bin").u16string());
   ASSERT_TRUE(bytes);
-  EXPECT_EQ(*bytes, (std::vector<std::byte>{std::byte{'a'}, std::byte{0}, std::byte{0xFF}, std::byte{'z'}}));
+  EXPECT_EQ(std::vector<std::byte>(bytes->data(), bytes->data() + bytes->size()),
+            (std::vector<std::byte>{std::byte{'a'}, std::byte{0}, std::byte{0xFF}, std::byte{'z'}}));
 }
 
-TEST(WholeFile, AnEmptyFileIsAnEmptyVectorAndNotAFailure) {
+TEST(WholeFile, FilesOfManyMegabytesComeWhole) {
+  TemporaryDirectory directory;
+  std::string text(5'000'000, 'x');
+  text.back() = 'y';
+  writeText(directory.file("large"), text);
+  const auto bytes = readWholeFile(directory.file("large").u16string());
+  ASSERT_TRUE(bytes);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes->data()), bytes->size()), text);
+}
+
+TEST(WholeFile, AnEmptyFileHasNoBytesAndIsNoFailure) {
   TemporaryDirectory directory;
   writeText(directory.file("empty"), "");
   const auto bytes = readWholeFile(directory.file("empty").u16string());

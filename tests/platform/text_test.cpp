@@ -122,5 +122,11 @@ TEST(CodePages, TextLongerThanOnePieceOfTheConverterIsWhole) {
   EXPECT_EQ(utf16FromCodePage(1252, std::string(1000, '\x80')), std::u16string(1000, u'\u20AC'));
 }
 
+TEST(CodePageText, PagesWithCombiningAccentsGiveTheirLastLetter) {
+  EXPECT_EQ(utf16FromCodePage(1258, "Implied"), u"Implied");
+  EXPECT_EQ(utf16FromCodePage(1258, "a\xCC"), u"\u00E0") << "a letter and its accent are one character";
+  EXPECT_EQ(utf16FromCodePage(1255, "\xE0"), u"\u05D0");
+}
+
 }  // namespace
 }  // namespace rubrica::platform

@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "tests/biff/shared_strings/sst_fixture.h"
 
 namespace rubrica::test {
@@ -84,7 +86,8 @@ TEST(SstRecords, ATableThatTheStreamCutsOffFails) {
   std::uint16_t size = 0;
   Xls& xls = stream.firstRecord(size);
   SstBook book;
-  EXPECT_EQ(errorOf([&] { readSst(xls, 65535, book.strings); }), "readInt16: CONTINUE record not found");
+  EXPECT_THAT(errorOf([&] { readSst(xls, 65535, book.strings); }), testing::EndsWith("CONTINUE record not found"));
+  EXPECT_LT(book.strings.cstUnique(), 2000u);
 }
 
 TEST(SstRecords, BytesBehindTheLastStringAreSkipped) {

@@ -43,12 +43,17 @@ TEST(ColumnWidths, WideDigitsHaveAWiderMargin) {
 TEST(ColumnWidths, EveryPixelWidthComesBackFromItsCharactersAndItsStoredForm) {
   for (const int digit : {5, 6, 7, 8, 9, 12, 13, 16, 20}) {
     const ColumnWidths widths(digit);
-    for (int pixels = 0; pixels < 1500; ++pixels) {
+    for (int pixels = 0; pixels < 250 * digit; ++pixels) {
       const double chars = widths.charsOfPixels(pixels);
       ASSERT_EQ(widths.pixelsOfChars(chars), pixels) << digit;
       ASSERT_EQ(widths.pixelsOfStored(widths.storedOfChars(chars)), pixels) << digit;
     }
   }
+}
+
+TEST(ColumnWidths, PastSixteenBitsTheStoredFormStartsAgain) {
+  EXPECT_EQ(ColumnWidths(5).pixelsOfChars(255), 1280);
+  EXPECT_EQ(ColumnWidths(5).storedOfChars(255), 0);
 }
 
 TEST(ColumnWidths, NoWidthOrDigitBreaksTheArithmetic) {

@@ -1,0 +1,104 @@
+// A worksheet of number cells read into rows and cells and written again, against a bare search for '<' in its text,
+// and another part through the driver. Bytes a second are those of the XML text.
+#include <cstring>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "source/ooxml/sheet.h"
+#include "source/ooxml/styles.h"
+
+namespace {
+
+using namespace rubrica;
+
+constexpr int kColumns = 10;
+
+std::string worksheetText(std::int64_t cells) {
+  sheet::c_worksheet root;
+  auto& data = root.get_sheetData();
+  for (std::uint32_t r = 0; r < static_cast<std::uint32_t>(cells / kColumns); ++r) {
+    auto& row = data.append_row();
+    row.set_r(r + 1);
+    for (std::uint16_t c = 0; c < kColumns; ++c) {
+      auto& cell = row.append_c();
+      cell.set_position(r, c);
+      cell.set_v(std::to_string((r * kColumns + c) * 1.1 + 0.5));
+    }
+  }
+  std::string text;
+  root.marshal(text);
+  return text;
+}
+
+std::string stylesText(std::int64_t formats) {
+  styles::c_styleSheet root;
+  auto& xfs = root.get_cellXfs();
+  for (std::int64_t i = 0; i < formats; ++i) {
+    auto& xf = xfs.append_xf();
+    xf.set_numFmtId(static_cast<std::uint32_t>(i));
+    xf.set_fontId(1);
+    xf.set_applyFont(true);
+    xf.get_alignment().set_horizontal("center");
+  }
+  std::string text;
+  root.marshal(text);
+  return text;
+}
+
+void setBytes(benchmark::State& state, const std::string& text) {
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
+void searchMarkup(benchmark::State& state) {
+  const std::string text = worksheetText(state.range(0));
+  for (auto _ : state) {
+    std::size_t count = 0;
+    const char* end = text.data() + text.size();
+    for (const char* at = text.data(); at < end; ++at, ++count) {
+      at = static_cast<const char*>(std::memchr(at, '<', static_cast<std::size_t>(end - at)));
+      if (!at) break;
+    }
+    benchmark::DoNotOptimize(count);
+  }
+  setBytes(state, text);
+}
+
+void unmarshalWorksheet(benchmark::State& state) {
+  const std::string text = worksheetText(state.range(0));
+  for (auto _ : state) {
+    sheet::c_worksheet root;
+    if (root.unmarshal(text.data(), text.size()) != lmx::ELMX_OK) state.SkipWithError("not read");
+    benchmark::DoNotOptimize(root);
+  }
+  setBytes(state, text);
+}
+
+void marshalWorksheet(benchmark::State& state) {
+  const std::string text = worksheetText(state.range(0));
+  sheet::c_worksheet root;
+  root.unmarshal(text.data(), text.size());
+  for (auto _ : state) {
+    std::string written;
+    if (root.marshal(written) != lmx::ELMX_OK) state.SkipWithError("not written");
+    benchmark::DoNotOptimize(written);
+  }
+  setBytes(state, text);
+}
+
+void unmarshalStyles(benchmark::State& state) {
+  const std::string text = stylesText(state.range(0));
+  for (auto _ : state) {
+    styles::c_styleSheet root;
+    if (root.unmarshal(text.data(), text.size()) != lmx::ELMX_OK) state.SkipWithError("not read");
+    benchmark::DoNotOptimize(root);
+  }
+  setBytes(state, text);
+}
+
+BENCHMARK(searchMarkup)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(unmarshalWorksheet)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(marshalWorksheet)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(unmarshalStyles)->Arg(50'000)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,0 +1,87 @@
+// How the driver handles packed cells. Reading and writing are by hand, since a sheet does them by the million; they do
+// what the driver does for the described form of the type (Worker), in the same order and with the same errors. What is
+// done rarely goes through that form.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lmx/driver.h"
+#include "source/ooxml/packed_cell.h"
+
+namespace rubrica::ooxml {
+
+// The members of a cell that are elements, in schema order.
+enum class cell_member { f, v, is, extLst };
+
+// Makes the child of a cell that the member is, for the reader to fill.
+using make_cell_child = lmx::object& (*)(packed_cell&, cell_member);
+// The child of a cell, null when there is none.
+using find_cell_child = const lmx::object* (*)(const packed_cell&, cell_member);
+
+lmx::elmx_error readCell(packed_cell& cell, lmx::c_xml_reader& reader, std::string_view element_name,
+                         const lmx::class_descriptor& described, make_cell_child make);
+lmx::elmx_error writeCell(const packed_cell& cell, lmx::c_xml_writer& writer, const char* element_name,
+                          const lmx::class_descriptor& described, find_cell_child find);
+
+template <class Cell>
+lmx::object& makeCellChild(packed_cell& base, cell_member member) {
+  auto& cell = static_cast<Cell&>(base);
+  if (member == cell_member::f) return cell.get_f();
+  if (member == cell_member::is) return cell.get_is();
+  return cell.get_extLst();
+}
+
+template <class Cell>
+const lmx::object* findCellChild(const packed_cell& base, cell_member member) {
+  const auto& cell = static_cast<const Cell&>(base);
+  if (member == cell_member::f) return cell.find_f();
+  if (member == cell_member::is) return cell.find_is();
+  return cell.find_extLst();
+}
+
+template <class Cell, class Worker>
+lmx::elmx_error unmarshalCell(lmx::object& self, lmx::c_xml_reader& reader, std::string_view element_name) {
+  return readCell(static_cast<Cell&>(self), reader, element_name, Worker::kDescriptor, &makeCellChild<Cell>);
+}
+
+template <class Cell, class Worker>
+lmx::elmx_error marshalCell(const lmx::object& self, lmx::c_xml_writer& writer, const char* element_name) {
+  return writeCell(static_cast<const Cell&>(self), writer, element_name, Worker::kDescriptor, &findCellChild<Cell>);
+}
+
+template <class Cell, class Worker>
+bool equalCells(const lmx::object& left, const lmx::object& right) {
+  Worker left_worker, right_worker;
+  static_cast<const Cell&>(left).unpack(left_worker);
+  static_cast<const Cell&>(right).unpack(right_worker);
+  return lmx::equal(left_worker, right_worker);
+}
+
+template <class Cell, class Worker>
+lmx::elmx_error checkCell(const lmx::object& self, std::string& item_name) {
+  Worker worker;
+  static_cast<const Cell&>(self).unpack(worker);
+  return lmx::check(worker, item_name);
+}
+
+template <class Cell, class Worker>
+constexpr lmx::class_hooks cellHooks() {
+  return {&unmarshalCell<Cell, Worker>, &marshalCell<Cell, Worker>, &equalCells<Cell, Worker>,
+          &checkCell<Cell, Worker>};
+}
+
+// Rows hold their cells in a vector.
+template <class Cell>
+constexpr lmx::block_hooks cellBlockHooks() {
+  using cells = std::vector<Cell>;
+  return {[](const void* vector) { return static_cast<const cells*>(vector)->size(); },
+          [](const void* vector, std::size_t index) -> const lmx::object& {
+            return (*static_cast<const cells*>(vector))[index];
+          },
+          [](void* vector) -> lmx::object& { return static_cast<cells*>(vector)->emplace_back(); },
+          [](void* vector) { static_cast<cells*>(vector)->shrink_to_fit(); }};
+}
+
+}  // namespace rubrica::ooxml

@@ -1,0 +1,195 @@
+#include "source/ooxml/packed_cell.h"
+
+#include <algorithm>
+
+#include "source/ooxml/cell_address.h"
+
+namespace rubrica::ooxml {
+
+namespace {
+
+constexpr std::array<std::string_view, 8> kTypeTokens = {"n", "b", "n", "e", "s", "str", "inlineStr", "d"};
+
+// The characters that numbers are made of, by their four-bit codes; the last code ends a text.
+constexpr std::string_view kNumberCharacters = "0123456789.-+Ee";
+constexpr std::uint8_t kNumberEnd = 15;
+constexpr std::uint8_t kNoCode = 0xFF;
+
+constexpr std::array<std::uint8_t, 256> makeNumberCodes() {
+  std::array<std::uint8_t, 256> codes{};
+  codes.fill(kNoCode);
+  for (std::size_t i = 0; i < kNumberCharacters.size(); ++i) {
+    codes[static_cast<unsigned char>(kNumberCharacters[i])] = static_cast<std::uint8_t>(i);
+  }
+  return codes;
+}
+
+constexpr std::array<std::uint8_t, 256> kNumberCodes = makeNumberCodes();
+
+}  // namespace
+
+static_assert(sizeof(void*) != 8 || sizeof(packed_cell) == 40);
+
+std::string_view cellTypeToken(cell_type type) {
+  return kTypeTokens[static_cast<std::size_t>(type)];
+}
+
+packed_cell::packed_cell(const packed_cell& other)
+    : lmx::object(other),
+      _word(other._word),
+      _style(other._style),
+      _column(other._column),
+      _form(other._form),
+      _text(other._text),
+      _extra(other._extra ? std::make_unique<extra>(*other._extra) : nullptr) {}
+
+packed_cell& packed_cell::operator=(const packed_cell& other) {
+  if (this == &other) return *this;
+  auto copied = other._extra ? std::make_unique<extra>(*other._extra) : nullptr;
+  _word = other._word;
+  _style = other._style;
+  _column = other._column;
+  _form = other._form;
+  _text = other._text;
+  _extra = std::move(copied);
+  return *this;
+}
+
+packed_cell::extra& packed_cell::need_extra() {
+  if (!_extra) _extra = std::make_unique<extra>();
+  return *_extra;
+}
+
+void packed_cell::set_position(std::uint32_t row, std::uint16_t column) {
+  _word = (_word & ~kRowMask) | (row & kRowMask) | kHasReference;
+  _column = column;
+}
+
+std::string packed_cell::get_r() const {
+  std::string address;
+  if (isset_r()) appendCellAddress(address, row(), column());
+  return address;
+}
+
+bool packed_cell::set_r(std::string_view address) {
+  std::uint32_t row = 0;
+  std::uint16_t column = 0;
+  if (!parseCellAddress(address, row, column)) {
+    unset_r();
+    return false;
+  }
+  set_position(row, column);
+  return true;
+}
+
+void packed_cell::set_s(std::uint32_t style) {
+  _style = style;
+  _word |= kHasStyle;
+}
+
+void packed_cell::unset_s() {
+  _style = 0;
+  _word &= ~kHasStyle;
+}
+
+void packed_cell::set_type(cell_type type) {
+  constexpr std::uint32_t kBelowType = (1U << kTypeShift) - 1;
+  _word = (_word & kBelowType) | static_cast<std::uint32_t>(type) << kTypeShift;
+}
+
+bool packed_cell::set_t(std::string_view token) {
+  const auto found = std::find(kTypeTokens.begin() + 1, kTypeTokens.end(), token);
+  if (found == kTypeTokens.end()) return false;
+  set_type(static_cast<cell_type>(found - kTypeTokens.begin()));
+  return true;
+}
+
+std::string packed_cell::get_v() const {
+  value_buffer buffer;
+  return std::string(view_v(buffer));
+}
+
+std::string_view packed_cell::view_v(value_buffer& buffer) const {
+  if (_form == kNoValue) return {};
+  if (_form == kLong) return _extra ? std::string_view(_extra->v) : std::string_view();
+  if (_form != kNumeric) return {_text.data(), static_cast<std::size_t>(_form - 1)};
+  std::size_t size = 0;
+  for (const char c : _text) {
+    const auto pair = static_cast<std::uint8_t>(c);
+    for (const unsigned code : {pair & 0x0FU, (pair & 0xF0U) >> 4U}) {
+      if (code == kNumberEnd) return {buffer.data(), size};
+      buffer[size++] = kNumberCharacters[code];
+    }
+  }
+  return {buffer.data(), size};
+}
+
+void packed_cell::set_v(std::string_view text) {
+  if (text.size() <= kShort) {
+    std::array<char, kShort> copied{};  // the text may be a view of this cell's own value
+    std::copy(text.begin(), text.end(), copied.begin());
+    unset_v();
+    _text = copied;
+    _form = static_cast<std::uint8_t>(1 + text.size());
+    return;
+  }
+  if (set_numeric(text)) return;
+  need_extra().v.assign(text);
+  _form = kLong;
+}
+
+bool packed_cell::set_numeric(std::string_view text) {
+  if (text.size() > 2 * kShort) return false;
+  std::array<char, kShort> packed;
+  packed.fill(static_cast<char>(0xFF));  // every place not filled is an end
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned code = kNumberCodes[static_cast<unsigned char>(text[i])];
+    if (code == kNoCode) return false;
+    const auto pair = static_cast<unsigned char>(packed[i / 2]);
+    packed[i / 2] = static_cast<char>(i % 2 == 0 ? (pair & 0xF0U) | code : (pair & 0x0FU) | code << 4U);
+  }
+  unset_v();
+  _text = packed;
+  _form = kNumeric;
+  return true;
+}
+
+void packed_cell::unset_v() {
+  if (_form == kLong && _extra) std::string().swap(_extra->v);
+  _form = kNoValue;
+}
+
+void packed_cell::set_cm(std::uint32_t index) {
+  need_extra().cm = index;
+  need_extra().has_cm = true;
+}
+
+void packed_cell::unset_cm() {
+  if (!_extra) return;
+  _extra->cm = 0;
+  _extra->has_cm = false;
+}
+
+void packed_cell::set_vm(std::uint32_t index) {
+  need_extra().vm = index;
+  need_extra().has_vm = true;
+}
+
+void packed_cell::unset_vm() {
+  if (!_extra) return;
+  _extra->vm = 0;
+  _extra->has_vm = false;
+}
+
+void packed_cell::set_ph(bool shown) {
+  need_extra().ph = shown;
+  need_extra().has_ph = true;
+}
+
+void packed_cell::unset_ph() {
+  if (!_extra) return;
+  _extra->ph = false;
+  _extra->has_ph = false;
+}
+
+}  // namespace rubrica::ooxml

@@ -1,0 +1,105 @@
+#!/usr/bin/env python3
+"""Runs omnis-run as a user does: exit codes, messages, the demo, and every script in docs/omnis-run.md.
+
+usage: omnis_run_test.py OMNIS_RUN COMPONENT SOURCE_DIR
+"""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROGRAM, COMPONENT, SOURCE = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+
+
+class OmnisRun(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+
+    def run_program(self, *words, env=None):
+        return subprocess.run([PROGRAM, *map(str, words)], capture_output=True, encoding="utf-8", cwd=self.folder.name,
+                              env={**os.environ, **(env or {})}, timeout=120)
+
+    def run_script(self, text, *words):
+        path = pathlib.Path(self.folder.name) / "script.omn"
+        path.write_text(text, encoding="utf-8")
+        return self.run_program("--component", COMPONENT, path, *words)
+
+    def test_a_script_that_ends_well_exits_0(self):
+        result = self.run_script("Parameter p Character\nPrint 'got',p", "grüße")
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (0, "got grüße\n", ""))
+
+    def test_an_unknown_word_is_told_with_file_and_line_and_exits_1(self):
+        result = self.run_script("Print 'never printed'\n\nPrint lMissing\n")
+        self.assertEqual((result.returncode, result.stdout), (1, ""))
+        self.assertRegex(result.stderr, r"script\.omn:3: Unknown word 'lMissing'\n$")
+
+    def test_a_failure_while_running_exits_1_after_what_was_printed(self):
+        result = self.run_script("Print 'first'\nPrint 1/0\n")
+        self.assertEqual((result.returncode, result.stdout), (1, "first\n"))
+        self.assertRegex(result.stderr, r"script\.omn:2: Division by zero\n$")
+
+    def test_an_error_of_an_object_without_override_is_shown_and_the_script_goes_on(self):
+        result = self.run_script("Var oBook Object Tabulix.Workbook\nDo oBook.$getSheet(0)\nPrint 'on'\n")
+        self.assertEqual((result.returncode, result.stdout), (0, "on\n"))
+        self.assertRegex(result.stderr, r"script\.omn:2: Workbook\.\$getSheet: error -102, Invalid parameters ")
+
+    def test_wrong_command_lines_exit_2(self):
+        for words in ([], ["--component"], ["--frob", "x.omn"], ["--component", "/nonexistent.so", "x.omn"],
+                      ["--component", COMPONENT, "/nonexistent.omn"], ["--component", PROGRAM, "x.omn"]):
+            result = self.run_program(*words)
+            self.assertEqual((result.returncode, result.stdout), (2, ""), words)
+            self.assertTrue(result.stderr.startswith("omnis-run: "), words)
+
+    def test_help_tells_the_language(self):
+        result = self.run_program("--help")
+        self.assertEqual(result.returncode, 0)
+        for word in ("--component", "Do oBook.$load", "Left out:", "Exit code"):
+            self.assertIn(word, result.stdout)
+
+    def test_the_component_may_come_from_the_environment(self):
+        path = pathlib.Path(self.folder.name) / "script.omn"
+        path.write_text("Print Tabulix.$rubricaVersion()")
+        result = self.run_program(path, env={"OMNIS_RUN_COMPONENT": COMPONENT})
+        self.assertEqual((result.returncode, result.stdout), (0, "3.8.2.0\n"))
+        result = self.run_program(path, env={"OMNIS_RUN_COMPONENT": "/nonexistent.so"})
+        self.assertEqual(result.returncode, 2)
+
+    def test_check_runs_nothing(self):
+        path = pathlib.Path(self.folder.name) / "script.omn"
+        path.write_text("Print 'x'")
+        result = self.run_program("--component", COMPONENT, "--check", path)
+        self.assertEqual((result.returncode, result.stdout), (0, ""))
+
+    def test_the_demo_does_the_main_job(self):
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", self.folder.name)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual(result.stderr, "")
+        for line in ("  heading:  standard atomic weight", "  changed:  Al Aluminum",
+                     "       6        32        4,789.70 Bismuth      NO        ",
+                     "earliest  Sunday, 23rd March 1913", "  latest  Sunday, 25th April 1943",
+                     "All figures and 300 dates agree."):
+            self.assertIn(line + "\n", result.stdout)
+        saved = pathlib.Path(self.folder.name) / "demo-report.xls"
+        self.assertTrue(saved.read_bytes().startswith(bytes.fromhex("D0CF11E0A1B11AE1")))
+
+    def test_the_demo_says_when_its_input_is_missing(self):
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", ".", "/nonexistent.xls")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("/nonexistent.xls can't be loaded", result.stderr)
+
+    def test_the_scripts_of_the_manual_print_what_the_manual_says(self):
+        manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")
+        samples = re.findall(r"```omnis\n(.*?)```\n(?:\nprints\n\n```text\n(.*?)```\n)?", manual, re.S)
+        self.assertEqual(len(samples), manual.count("```omnis"))
+        for script, printed in samples:
+            result = self.run_script(script)
+            self.assertEqual((result.returncode, result.stderr), (0, ""), script)
+            self.assertEqual(result.stdout, printed, script)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,299 @@
+// rubrica-dump: prints what the engine finds in a workbook, one JSON object a line.
+#include <cstdio>
+#include <cstdlib>
+#include <getopt.h>
+#include <string>
+
+#include "engine/book.h"
+#include "tools/book_opener.h"
+#include "tools/json_writer.h"
+
+namespace rubrica::tools {
+namespace {
+
+constexpr char kHelp[] =
+    "usage: rubrica-dump [--sheet N] [--styles] FILE\n"
+    "Prints a workbook as JSON Lines in UTF-8: the book, then each sheet and its cells in row order. All numbers "
+    "count\n"
+    "from 0.\n"
+    "  --sheet N   only the sheet at this position\n"
+    "  --styles    with each cell also its number format, font, fill, alignment and borders\n"
+    "Exits with 1 and the engine's message when the file can't be read, with 2 on a wrong call.\n";
+
+struct Options {
+  int sheet = -1;
+  bool styles = false;
+  std::string file;
+};
+
+void print(JsonWriter& json) {
+  std::fwrite(json.text().data(), 1, json.text().size(), stdout);
+  std::fputc('\n', stdout);
+  json.clear();
+}
+
+const char* errorText(ErrorType error) {
+  switch (error) {
+    case ErrorType::null:
+      return "#NULL!";
+    case ErrorType::divByZero:
+      return "#DIV/0!";
+    case ErrorType::value:
+      return "#VALUE!";
+    case ErrorType::ref:
+      return "#REF!";
+    case ErrorType::name:
+      return "#NAME?";
+    case ErrorType::num:
+      return "#NUM!";
+    case ErrorType::notAvailable:
+      return "#N/A";
+    case ErrorType::noError:
+      break;
+  }
+  return "#UNKNOWN!";
+}
+
+const char* typeName(CellType type) {
+  switch (type) {
+    case CellType::number:
+      return "number";
+    case CellType::string:
+      return "string";
+    case CellType::boolean:
+      return "bool";
+    case CellType::error:
+      return "error";
+    case CellType::blank:
+    case CellType::empty:
+      break;
+  }
+  return "blank";
+}
+
+void writeRange(JsonWriter& json, int rowFirst, int rowLast, int colFirst, int colLast) {
+  json.beginArray().value(rowFirst).value(rowLast).value(colFirst).value(colLast).endArray();
+}
+
+class Dump {
+ public:
+  Dump(Book& book, const Options& options, const std::string& form) : _book(book), _options(options), _form(form) {}
+
+  void run() {
+    dumpBook();
+    for (int i = 0; i < _book.sheetCount(); ++i) {
+      if (_options.sheet >= 0 && i != _options.sheet) continue;
+      Sheet* sheet = _book.getSheet(i);
+      dumpSheet(*sheet, i);
+      dumpCells(*sheet, i);
+    }
+  }
+
+ private:
+  void dumpBook() {
+    _json.beginObject().key("book").beginObject();
+    _json.member("form", std::string_view(_form)).member("sheets", _book.sheetCount());
+    _json.member("active", _book.activeSheet()).member("date1904", _book.isDate1904());
+    _json.endObject().endObject();
+    print(_json);
+  }
+
+  void dumpSheet(Sheet& sheet, int index) {
+    _json.beginObject().key("sheet").beginObject().member("index", index);
+    _json.member("name", std::u16string_view(sheet.name()));
+    static constexpr const char* kTypes[] = {"sheet", "chart", "unknown"};
+    _json.member("type", kTypes[static_cast<int>(_book.sheetType(index))]);
+    _json.member("state", static_cast<int>(sheet.hidden()));
+    _json.member("firstRow", sheet.firstRow()).member("lastRow", sheet.lastRow());
+    _json.member("firstCol", sheet.firstCol()).member("lastCol", sheet.lastCol());
+    dumpMerges(sheet);
+    dumpHyperlinks(sheet);
+    _json.member("pictures", sheet.pictureSize());
+    dumpNames(sheet);
+    _json.member("comments", countComments(sheet));
+    _json.endObject().endObject();
+    print(_json);
+  }
+
+  void dumpMerges(Sheet& sheet) {
+    _json.key("merges").beginArray();
+    for (int i = 0; i < sheet.mergeSize(); ++i) {
+      int rowFirst = 0, rowLast = 0, colFirst = 0, colLast = 0;
+      if (sheet.merge(i, &rowFirst, &rowLast, &colFirst, &colLast))
+        writeRange(_json, rowFirst, rowLast, colFirst, colLast);
+    }
+    _json.endArray();
+  }
+
+  void dumpHyperlinks(Sheet& sheet) {
+    _json.key("hyperlinks").beginArray();
+    for (int i = 0; i < sheet.hyperlinkSize(); ++i) {
+      int rowFirst = 0, rowLast = 0, colFirst = 0, colLast = 0;
+      const char16_t* target = sheet.hyperlink(i, &rowFirst, &rowLast, &colFirst, &colLast);
+      if (target == nullptr) continue;
+      _json.beginObject().key("ref");
+      writeRange(_json, rowFirst, rowLast, colFirst, colLast);
+      _json.member("target", std::u16string_view(target)).endObject();
+    }
+    _json.endArray();
+  }
+
+  void dumpNames(Sheet& sheet) {
+    _json.key("names").beginArray();
+    for (int i = 0; i < sheet.namedRangeSize(); ++i) {
+      const char16_t* name = sheet.namedRange(i, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+      if (name != nullptr) _json.value(std::u16string_view(name));
+    }
+    _json.endArray();
+  }
+
+  static int countComments(Sheet& sheet) {
+    int count = 0;
+    for (int row = sheet.firstRow(); row < sheet.lastRow(); ++row) {
+      for (int col = sheet.firstCol(); col < sheet.lastCol(); ++col) {
+        if (sheet.readComment(row, col) != nullptr) ++count;
+      }
+    }
+    return count;
+  }
+
+  void dumpCells(Sheet& sheet, int index) {
+    for (int row = sheet.firstRow(); row < sheet.lastRow(); ++row) {
+      for (int col = sheet.firstCol(); col < sheet.lastCol(); ++col) {
+        const CellType type = sheet.cellType(row, col);
+        if (type == CellType::empty && !sheet.isFormula(row, col)) continue;
+        _json.beginObject().key("cell").beginObject();
+        _json.member("s", index).member("r", row).member("c", col).member("t", typeName(type));
+        dumpValue(sheet, row, col, type);
+        if (const char16_t* text = sheet.isFormula(row, col) ? sheet.readFormula(row, col) : nullptr) {
+          _json.member("f", std::u16string_view(text));
+        }
+        if (sheet.isDate(row, col)) _json.member("date", true);
+        if (_options.styles) dumpStyle(sheet.cellFormat(row, col));
+        _json.endObject().endObject();
+        print(_json);
+      }
+    }
+  }
+
+  void dumpValue(Sheet& sheet, int row, int col, CellType type) {
+    switch (type) {
+      case CellType::number:
+        _json.member("v", sheet.readNum(row, col));
+        break;
+      case CellType::string: {
+        const char16_t* text = sheet.readStr(row, col);
+        _json.member("v", std::u16string_view(text == nullptr ? u"" : text));
+        break;
+      }
+      case CellType::boolean:
+        _json.member("v", sheet.readBool(row, col));
+        break;
+      case CellType::error:
+        _json.member("v", errorText(sheet.readError(row, col)));
+        break;
+      case CellType::blank:
+      case CellType::empty:
+        break;
+    }
+  }
+
+  void dumpStyle(Format* format) {
+    if (format == nullptr) return;
+    _json.key("fmt").beginObject().member("id", format->numFormat());
+    const char16_t* text =
+        format->numFormat() >= numformat::firstCustom ? _book.customNumFormat(format->numFormat()) : nullptr;
+    if (text != nullptr) _json.member("text", std::u16string_view(text));
+    _json.endObject();
+    if (Font* font = format->font()) {
+      _json.key("font").beginObject();
+      const char16_t* name = font->name();
+      _json.member("name", std::u16string_view(name == nullptr ? u"" : name)).member("size", font->size());
+      _json.member("bold", font->bold()).member("italic", font->italic()).member("strike", font->strikeOut());
+      _json.member("underline", static_cast<int>(font->underline())).member("script", static_cast<int>(font->script()));
+      _json.member("color", font->color()).endObject();
+    }
+    _json.key("fill").beginObject().member("pattern", static_cast<int>(format->fillPattern()));
+    _json.member("fg", format->patternForegroundColor()).member("bg", format->patternBackgroundColor()).endObject();
+    _json.key("align").beginObject().member("h", static_cast<int>(format->alignH()));
+    _json.member("v", static_cast<int>(format->alignV())).member("wrap", format->wrap());
+    _json.member("rotation", format->rotation()).member("indent", format->indent()).endObject();
+    _json.key("border").beginObject();
+    writeSide("left", format->borderLeft(), format->borderLeftColor());
+    writeSide("right", format->borderRight(), format->borderRightColor());
+    writeSide("top", format->borderTop(), format->borderTopColor());
+    writeSide("bottom", format->borderBottom(), format->borderBottomColor());
+    _json.endObject();
+  }
+
+  void writeSide(std::string_view name, BorderStyle style, Color color) {
+    _json.key(name).beginArray().value(static_cast<int>(style)).value(color).endArray();
+  }
+
+  Book& _book;
+  const Options& _options;
+  const std::string& _form;
+  JsonWriter _json;
+};
+
+// -1 to go on, otherwise the exit code.
+int parse(int argc, char** argv, Options& options) {
+  static const option kOptions[] = {{"sheet", required_argument, nullptr, 's'},
+                                    {"styles", no_argument, nullptr, 'y'},
+                                    {"help", no_argument, nullptr, 'h'},
+                                    {nullptr, 0, nullptr, 0}};
+  for (int c = 0; (c = getopt_long(argc, argv, "h", kOptions, nullptr)) != -1;) {
+    if (c == 'h') {
+      std::fputs(kHelp, stdout);
+      return 0;
+    }
+    if (c == 'y') {
+      options.styles = true;
+    } else if (c == 's') {
+      char* end = nullptr;
+      options.sheet = static_cast<int>(std::strtol(optarg, &end, 10));
+      if (*optarg == '\0' || *end != '\0' || options.sheet < 0) {
+        std::fprintf(stderr, "rubrica-dump: --sheet takes a position from 0, not \"%s\"\n", optarg);
+        return 2;
+      }
+    } else {
+      std::fputs(kHelp, stderr);
+      return 2;
+    }
+  }
+  if (optind != argc - 1) {
+    std::fputs(kHelp, stderr);
+    return 2;
+  }
+  options.file = argv[optind];
+  return -1;
+}
+
+int run(int argc, char** argv) {
+  Options options;
+  if (const int code = parse(argc, argv, options); code >= 0) return code;
+  const std::string form = formOf(options.file);
+  const BookPtr book = createBook(form);
+  if (book == nullptr) {
+    std::fprintf(stderr, "rubrica-dump: %s: this version reads no .%s files\n", options.file.c_str(), form.c_str());
+    return 1;
+  }
+  if (!book->load(wideText(options.file).c_str())) {
+    std::fprintf(stderr, "rubrica-dump: %s: %s\n", options.file.c_str(), book->errorMessage());
+    return 1;
+  }
+  if (options.sheet >= book->sheetCount()) {
+    std::fprintf(stderr, "rubrica-dump: %s has %d sheets, none at position %d\n", options.file.c_str(),
+                 book->sheetCount(), options.sheet);
+    return 1;
+  }
+  Dump(*book, options, form).run();
+  return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace rubrica::tools
+
+int main(int argc, char** argv) {
+  return rubrica::tools::run(argc, argv);
+}
