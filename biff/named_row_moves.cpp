@@ -13,13 +13,13 @@ constexpr std::size_t kRef3dSize = 7, kArea3dSize = 11, kSmallest3d = 3;
 constexpr std::size_t kXtiOffset = 1, kRowOffset = 3, kLastRowOffset = 5;
 constexpr int kLastRow = kBiffRows - 1;
 
-using Expression = std::vector<std::uint8_t>;
+using Tokens = std::vector<std::uint8_t>;
 
-int wordAt(const Expression& bytes, std::size_t offset) {
+int wordAt(const Tokens& bytes, std::size_t offset) {
   return bytes[offset] | bytes[offset + 1] << 8;
 }
 
-void putWord(Expression& bytes, std::size_t offset, int value) {
+void putWord(Tokens& bytes, std::size_t offset, int value) {
   bytes[offset] = static_cast<std::uint8_t>(value & 0xFF);
   bytes[offset + 1] = static_cast<std::uint8_t>(value >> 8 & 0xFF);
 }
@@ -31,7 +31,7 @@ int shifted(int row, const LineMove& move) {
   return move.inserts() ? row + move.count() : row - move.count();
 }
 
-void moveArea(Expression& bytes, const LineMove& move) {
+void moveArea(Tokens& bytes, const LineMove& move) {
   const int first = wordAt(bytes, kRowOffset), last = wordAt(bytes, kLastRowOffset);
   if (first == 0 && last >= kLastRow) return;
   putWord(bytes, kRowOffset, std::clamp(shifted(first, move), 0, kLastRow));
@@ -39,7 +39,7 @@ void moveArea(Expression& bytes, const LineMove& move) {
 }
 
 // False when the cell left the sheet.
-bool moveCell(Expression& bytes, const LineMove& move) {
+bool moveCell(Tokens& bytes, const LineMove& move) {
   const int row = shifted(wordAt(bytes, kRowOffset), move);
   if (row < 0 || row > kLastRow) return false;
   putWord(bytes, kRowOffset, row);
@@ -48,15 +48,17 @@ bool moveCell(Expression& bytes, const LineMove& move) {
 
 }  // namespace
 
-void moveNamedRows(NameTable& names, const LinkTable& links, int sheet, const LineMove& move) {
-  std::erase_if(names.names(), [&](Lbl& name) {
-    Expression& bytes = name.formula;
-    if (bytes.size() < kSmallest3d) return false;
-    if (!links.covers(static_cast<std::uint16_t>(wordAt(bytes, kXtiOffset)), sheet)) return false;
-    if (bytes.size() == kArea3dSize && bytes[0] == kArea3d) moveArea(bytes, move);
-    if (bytes.size() == kRef3dSize && bytes[0] == kRef3d) return !moveCell(bytes, move);
-    return false;
-  });
+NameMapping moveNamedRows(NameTable& names, const LinkTable& links, int sheet, const LineMove& move) {
+  std::vector<bool> goes;
+  for (Lbl& name : names.names()) {
+    Tokens& bytes = name.formula;
+    const bool follows =
+        bytes.size() >= kSmallest3d && links.covers(static_cast<std::uint16_t>(wordAt(bytes, kXtiOffset)), sheet);
+    if (follows && bytes.size() == kArea3dSize && bytes[0] == kArea3d) moveArea(bytes, move);
+    goes.push_back(follows && bytes.size() == kRef3dSize && bytes[0] == kRef3d && !moveCell(bytes, move));
+  }
+  const Lbl* first = names.names().data();
+  return names.remove([&](const Lbl& name) { return goes[static_cast<std::size_t>(&name - first)]; });
 }
 
 }  // namespace rubrica

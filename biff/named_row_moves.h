@@ -8,7 +8,8 @@
 namespace rubrica {
 
 // Moves the names whose whole expression is one cell or one range of the sheet at position `sheet`. A cell that leaves
-// the sheet takes its name with it; ranges are cut at the sheet's edge. Any other expression stays.
-void moveNamedRows(NameTable& names, const LinkTable& links, int sheet, const LineMove& move);
+// the sheet takes its name with it; ranges are cut at the sheet's edge. Any other expression stays. Answers where every
+// name went, for BookImplT::renumberNames.
+[[nodiscard]] NameMapping moveNamedRows(NameTable& names, const LinkTable& links, int sheet, const LineMove& move);
 
 }  // namespace rubrica

@@ -38,8 +38,18 @@ struct CellHead {
   std::uint16_t row = 0, col = 0, xf = 0;
 };
 
-constexpr std::size_t kRkSize = 10, kNumberSize = 14, kLabelSstSize = 10, kBlankSize = 6, kBoolErrSize = 8,
-                      kFormulaSize = 22, kSmallestMul = 6;
+constexpr std::uint16_t kNumberSize = 14, kFormulaSize = 22, kSmallestMul = 6;
+
+// Reads a cell record of just these fields behind its place and format.
+template <class... Fields>
+CellHead readCell(Xls& xls, std::uint16_t size, const char* name, Fields&... fields) {
+  CellHead head;
+  RecordBody body(xls.view(size));
+  if (size != (sizeof(head) + ... + sizeof(fields)) || body.left() != size) throwSizeIsIncorrect(name);
+  takeCellHead(head, body);
+  (body.take(fields), ...);
+  return head;
+}
 
 // Files hold column records of 10, 11 and 12 bytes; the reserved word at the end counts only when it is whole.
 ColInfo readColInfo(std::span<const std::byte> bytes) {
@@ -191,45 +201,36 @@ bool SheetImplT::loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t siz
 }
 
 bool SheetImplT::loadCell(Xls& xls, const LoadState& load, std::uint16_t recordId, std::uint16_t size) {
-  CellHead head;
   switch (recordId) {
     case id::kNumber: {
-      if (size != kNumberSize && size != kNumberSize + 2 && size != kNumberSize + 4) throwSizeIsIncorrect("Number");
-      RecordBody body(xls.view(size));
+      // Some writers put one or two further words behind the value.
       double value = 0;
-      takeCellHead(head, body);
-      if (!body.take(value)) throwSizeIsIncorrect("Number");
+      const std::uint16_t extra = size == kNumberSize + 2 || size == kNumberSize + 4 ? size - kNumberSize : 0;
+      const CellHead head = readCell(xls, static_cast<std::uint16_t>(size - extra), "Number", value);
+      xls.skip(extra);
       if (load.window.holds(head.row)) _cells.addNumber(head.row, head.col, head.xf, value);
       return true;
     }
     case id::kRk: {
-      RecordBody body(xls.view(size));
       std::uint32_t rk = 0;
-      takeCellHead(head, body);
-      if (size != kRkSize || !body.take(rk)) throwSizeIsIncorrect("RK");
+      const CellHead head = readCell(xls, size, "RK", rk);
       if (load.window.holds(head.row)) _cells.addRk(head.row, head.col, head.xf, rk);
       return true;
     }
     case id::kLabelSst: {
-      RecordBody body(xls.view(size));
       std::uint32_t isst = 0;
-      takeCellHead(head, body);
-      if (size != kLabelSstSize || !body.take(isst)) throwSizeIsIncorrect("LabelSst");
+      const CellHead head = readCell(xls, size, "LabelSst", isst);
       if (load.window.holds(head.row)) _cells.addLabelSst(head.row, head.col, head.xf, isst);
       return true;
     }
     case id::kBlank: {
-      RecordBody body(xls.view(size));
-      if (size != kBlankSize || body.left() != size) throwSizeIsIncorrect("Blank");
-      takeCellHead(head, body);
+      const CellHead head = readCell(xls, size, "Blank");
       if (!load.skipBlanks && load.window.holds(head.row)) _cells.addBlank(head.row, head.col, head.xf);
       return true;
     }
     case id::kBoolErr: {
-      RecordBody body(xls.view(size));
       std::uint8_t value = 0, isError = 0;
-      takeCellHead(head, body);
-      if (size != kBoolErrSize || !body.take(value) || !body.take(isError)) throwSizeIsIncorrect("BoolErr");
+      const CellHead head = readCell(xls, size, "BoolErr", value, isError);
       if (load.window.holds(head.row)) _cells.addBoolErr(head.row, head.col, head.xf, value, isError != 0);
       return true;
     }

@@ -18,18 +18,23 @@ const MergedRange& mergeAt(const MergeTable& merges, int index) {
   return *range;
 }
 
+void checkOrder(int rowFirst, int rowLast, int colFirst, int colLast) {
+  if (rowLast < rowFirst) throw xlerror("rowLast must be greater than or equal to rowFirst");
+  if (colLast < colFirst) throw xlerror("colLast must be greater than or equal to colFirst");
+}
+
 }  // namespace
 
 void SheetImplT::checkRows(int rowFirst, int rowLast) {
   if (rowFirst < 0 || rowFirst >= kBiffRows) throw xlerror("rowFirst must be in range 0-65535");
   if (rowLast < 0 || rowLast >= kBiffRows) throw xlerror("rowLast must be in range 0-65535");
-  if (rowLast < rowFirst) throw xlerror("rowLast must be greater than or equal to rowFirst");
+  checkOrder(rowFirst, rowLast, 0, 0);
 }
 
 void SheetImplT::checkCols(int colFirst, int colLast) {
   if (colFirst < 0 || colFirst >= kBiffCols) throw xlerror("colFirst must be in range 0-255");
   if (colLast < 0 || colLast >= kBiffCols) throw xlerror("colLast must be in range 0-255");
-  if (colLast < colFirst) throw xlerror("colLast must be greater than or equal to colFirst");
+  checkOrder(0, 0, colFirst, colLast);
 }
 
 // Readers draw the borders of a merged area from its cells, so every place of it gets one.
@@ -49,8 +54,7 @@ bool SheetImplT::setMerge(int rowFirst, int rowLast, int colFirst, int colLast) 
   return guarded(state(), false, [&] {
     checkCell(0, colFirst);
     checkCell(0, colLast);
-    if (rowLast < rowFirst) throw xlerror("rowLast must be greater than or equal to rowFirst");
-    if (colLast < colFirst) throw xlerror("colLast must be greater than or equal to colFirst");
+    checkOrder(rowFirst, rowLast, colFirst, colLast);
     checkCell(rowFirst, colFirst);
     checkCell(rowLast, colLast);
     addMerge(MergedRange::of(rowFirst, rowLast, colFirst, colLast));
@@ -97,8 +101,9 @@ bool SheetImplT::delMergeByIndex(int index) {
 
 void SheetImplT::clear(int rowFirst, int rowLast, int colFirst, int colLast) {
   guarded(state(), [&] {
-    checkRows(rowFirst, rowLast);
-    checkCols(colFirst, colLast);
+    checkCell(rowFirst, colFirst);
+    checkCell(rowLast, colLast);
+    checkOrder(rowFirst, rowLast, colFirst, colLast);
     clearCells(rowFirst, rowLast, colFirst, colLast);
   });
 }

@@ -1,6 +1,5 @@
 #include "biff/column_widths.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -44,13 +43,17 @@ TEST(ColumnWidths, WideDigitsHaveAWiderMargin) {
 TEST(ColumnWidths, EveryPixelWidthComesBackFromItsCharactersAndItsStoredForm) {
   for (const int digit : {5, 6, 7, 8, 9, 12, 13, 16, 20}) {
     const ColumnWidths widths(digit);
-    // A stored width is at most 255 digits.
-    for (int pixels = 0; pixels < std::min(1500, 255 * digit); ++pixels) {
+    for (int pixels = 0; pixels < 250 * digit; ++pixels) {
       const double chars = widths.charsOfPixels(pixels);
       ASSERT_EQ(widths.pixelsOfChars(chars), pixels) << digit;
       ASSERT_EQ(widths.pixelsOfStored(widths.storedOfChars(chars)), pixels) << digit;
     }
   }
+}
+
+TEST(ColumnWidths, PastSixteenBitsTheStoredFormStartsAgain) {
+  EXPECT_EQ(ColumnWidths(5).pixelsOfChars(255), 1280);
+  EXPECT_EQ(ColumnWidths(5).storedOfChars(255), 0);
 }
 
 TEST(ColumnWidths, NoWidthOrDigitBreaksTheArithmetic) {

@@ -111,10 +111,9 @@ TEST(Clearing, WrongRangesDeleteNothing) {
     const char* text;
   };
   for (const Case& c :
-       {Case{-1, 0, 0, 0, "rowFirst must be in range 0-65535"},
-        Case{0, 65536, 0, 0, "rowLast must be in range 0-65535"},
+       {Case{-1, 0, 0, 0, "row must be in range 0-65535"}, Case{0, 65536, 0, 0, "row must be in range 0-65535"},
         Case{1, 0, 0, 0, "rowLast must be greater than or equal to rowFirst"},
-        Case{0, 0, -1, 0, "colFirst must be in range 0-255"}, Case{0, 0, 0, 256, "colLast must be in range 0-255"},
+        Case{0, 0, -1, 0, "col must be in range 0-255"}, Case{0, 0, 0, 256, "col must be in range 0-255"},
         Case{0, 0, 1, 0, "colLast must be greater than or equal to colFirst"}}) {
     book.sheet->clear(c.r1, c.r2, c.c1, c.c2);
     EXPECT_EQ(book.message(), c.text);
