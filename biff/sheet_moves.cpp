@@ -79,7 +79,7 @@ void SheetImplT::moveLines(const LineMove& move, bool updateNamedRanges) {
   moveNotes(_notes, move);
   moveAnchors(_drawing, move);
   if (updateNamedRanges && move.ofRows()) {
-    moveNamedRows(_book->names(), _book->links(), _book->positionOf(*this), move);
+    _book->renumberNames(moveNamedRows(_book->names(), _book->links(), _book->positionOf(*this), move));
   }
 }
 
