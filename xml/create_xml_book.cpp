@@ -3,6 +3,8 @@
 
 namespace rubrica {
 
-Book* createXmlBook() noexcept { return nullptr; }
+Book* createXmlBook() noexcept {
+  return nullptr;
+}
 
 }  // namespace rubrica

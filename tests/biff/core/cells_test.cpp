@@ -419,7 +419,7 @@ TEST(SheetCells, ClearingForgetsTheCellsOfARange) {
   EXPECT_EQ(b.sheet->cellType(2, 2), CellType::number);
   EXPECT_EQ(b.sheet->cellType(5, 3), CellType::number);
   b.sheet->clear(0, 65536, 0, 0);
-  EXPECT_STREQ(b.book->errorMessage(), "rowLast must be in range 0-65535");
+  EXPECT_STREQ(b.book->errorMessage(), "row must be in range 0-65535");
 }
 
 TEST(SheetCells, TheUsedRangeGrowsWithWritesAndNeverShrinks) {
