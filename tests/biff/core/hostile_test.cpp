@@ -65,7 +65,7 @@ void useBook(Book& book) {
 }
 
 // Loads the bytes; whether they load or not, the book must answer and be of further use.
-void tryLoading(const Bytes& bytes) {
+void expectLoadOrMessage(const Bytes& bytes) {
   const auto book = newBook();
   const bool loaded = test::loadBytes(*book, bytes);
   ASSERT_NE(book->errorMessage(), nullptr);
@@ -76,7 +76,7 @@ void tryLoading(const Bytes& bytes) {
 TEST(HostileFiles, EveryPrefixOfAGoodFile) {
   const Bytes good = goodFile();
   for (std::size_t length = 0; length < good.size(); ++length) {
-    tryLoading(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length)));
+    expectLoadOrMessage(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length)));
     if (HasFatalFailure()) FAIL() << "cut at " << length;
   }
 }
@@ -88,7 +88,7 @@ TEST(HostileFiles, EveryByteOfAGoodFileChanged) {
       Bytes changed = good;
       changed[at] = static_cast<std::byte>(value);
       if (changed == good) continue;
-      tryLoading(changed);
+      expectLoadOrMessage(changed);
       if (HasFatalFailure()) FAIL() << "byte " << at << " set to " << value;
     }
   }
@@ -101,7 +101,7 @@ TEST(HostileFiles, EveryRecordCutShortOrEmptied) {
       if (size >= records[i].bytes.size()) continue;
       auto changed = records;
       changed[i].bytes.resize(size);
-      tryLoading(test::fileOf(changed));
+      expectLoadOrMessage(test::fileOf(changed));
     }
   }
 }
@@ -113,9 +113,9 @@ TEST(HostileFiles, EveryRecordRepeatedDroppedOrMoved) {
     repeated.insert(repeated.begin() + static_cast<std::ptrdiff_t>(i), records[i]);
     dropped.erase(dropped.begin() + static_cast<std::ptrdiff_t>(i));
     std::swap(moved[i], moved[(i * 7 + 3) % moved.size()]);
-    tryLoading(test::fileOf(repeated));
-    tryLoading(test::fileOf(dropped));
-    tryLoading(test::fileOf(moved));
+    expectLoadOrMessage(test::fileOf(repeated));
+    expectLoadOrMessage(test::fileOf(dropped));
+    expectLoadOrMessage(test::fileOf(moved));
   }
 }
 
@@ -129,9 +129,9 @@ TEST(HostileFiles, CountsThatNoBytesStandBehind) {
                                     {id::kColInfo, BytesBuilder().u16(0xFFFF).u16(0).u16(0).u16(0xFFFF).u16(0).u16(0)},
                                     {id::kRow, BytesBuilder().u16(0xFFFF).fill(14, 0xFF)},
                                     {id::kDimensions, BytesBuilder().fill(14, 0xFF)}};
-  for (const Record& lie : lies) tryLoading(test::fileAround({lie}));
+  for (const Record& lie : lies) expectLoadOrMessage(test::fileAround({lie}));
   Record formula{id::kFormula, BytesBuilder().u16(0).u16(0).u16(15).fill(14, 0).u16(5).u8(1).u16(9).u16(9)};
-  for (const Record& lie : lies) tryLoading(test::fileAround({formula, lie}));
+  for (const Record& lie : lies) expectLoadOrMessage(test::fileAround({formula, lie}));
 }
 
 TEST(HostileFiles, FormulaChainsThatLeadNowhereOrToThemselves) {
@@ -154,7 +154,7 @@ TEST(HostileFiles, TheMalformedFilesAtHand) {
     std::ifstream file(entry.path(), std::ios::binary);
     const std::vector<char> content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     const auto* bytes = reinterpret_cast<const std::byte*>(content.data());
-    tryLoading({bytes, bytes + content.size()});
+    expectLoadOrMessage({bytes, bytes + content.size()});
     ++count;
   }
   EXPECT_GT(count, 0);
