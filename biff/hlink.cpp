@@ -12,7 +12,7 @@ HLink HLink::read(Xls& xls, std::uint16_t size) {
     xls.readInt16(recordId);
     xls.readInt16(length);
     const auto more = xls.view(length);
-    bytes.insert(bytes.end(), more.begin(), more.end());
+    appendBytes(bytes, more);
   }
   RecordBody body(bytes);
   HLink link;
@@ -24,12 +24,8 @@ HLink HLink::read(Xls& xls, std::uint16_t size) {
 void HLink::write(Xls& xls) const {
   std::vector<std::byte> bytes;
   bytes.reserve(kHeadSize + object.size());
-  const auto putHead = [&](const auto& value) {
-    const auto raw = std::as_bytes(std::span(&value, 1));
-    bytes.insert(bytes.end(), raw.begin(), raw.end());
-  };
-  putHead(range);
-  putHead(classId);
+  appendField(bytes, range);
+  appendField(bytes, classId);
   object.append(bytes);
   // A declared size never reaches the largest body.
   auto room = static_cast<std::uint16_t>(std::min<std::size_t>(bytes.size(), kMaxRecordSize - 1));

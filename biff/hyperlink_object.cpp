@@ -22,19 +22,8 @@ constexpr std::u16string_view kUpLevel = u"..\\";
 constexpr char kObjectError[] = "error in reading HyperlinkObj";
 constexpr char kMonikerError[] = "error in reading HyperlinkMoniker";
 
-template <class T>
-void put(std::vector<std::byte>& bytes, const T& value) {
-  const auto raw = std::as_bytes(std::span(&value, 1));
-  bytes.insert(bytes.end(), raw.begin(), raw.end());
-}
-
 void putText(std::vector<std::byte>& bytes, std::u16string_view text) {
-  const auto raw = std::as_bytes(std::span(text));
-  bytes.insert(bytes.end(), raw.begin(), raw.end());
-}
-
-void putBytes(std::vector<std::byte>& bytes, std::span<const std::byte> more) {
-  bytes.insert(bytes.end(), more.begin(), more.end());
+  appendBytes(bytes, std::as_bytes(std::span(text)));
 }
 
 std::u16string wideText(std::span<const std::byte> bytes) {
@@ -55,35 +44,35 @@ HyperlinkString readString(RecordBody& body) {
 }
 
 void appendString(std::vector<std::byte>& bytes, const HyperlinkString& string) {
-  put(bytes, static_cast<std::uint32_t>(string.units.size()));
+  appendField(bytes, static_cast<std::uint32_t>(string.units.size()));
   putText(bytes, string.units);
 }
 
 std::vector<std::byte> urlBody(std::u16string_view url) {
   std::vector<std::byte> body;
-  put(body, static_cast<std::uint32_t>((url.size() + 1) * sizeof(char16_t)));
+  appendField(body, static_cast<std::uint32_t>((url.size() + 1) * sizeof(char16_t)));
   putText(body, url);
-  put(body, char16_t{0});
+  appendField(body, char16_t{0});
   return body;
 }
 
 std::vector<std::byte> fileBody(std::u16string_view path) {
   std::vector<std::byte> body;
-  put(body, std::uint16_t{0});
-  put(body, static_cast<std::uint32_t>(path.size() + 1));
+  appendField(body, std::uint16_t{0});
+  appendField(body, static_cast<std::uint32_t>(path.size() + 1));
   for (const char16_t c : path) body.push_back(static_cast<std::byte>(c < 0x80 ? c : u'?'));
   body.push_back(std::byte{0});
-  put(body, kEndServer);
-  put(body, kFileVersion);
+  appendField(body, kEndServer);
+  appendField(body, kFileVersion);
   body.resize(body.size() + kFileReserved);
   if (std::all_of(path.begin(), path.end(), [](char16_t c) { return c < 0x80; })) {
-    put(body, std::uint32_t{0});
+    appendField(body, std::uint32_t{0});
     return body;
   }
   const std::size_t size = path.size() * sizeof(char16_t);
-  put(body, static_cast<std::uint32_t>(kUnicodeHead + size));
-  put(body, static_cast<std::uint32_t>(size));
-  put(body, kUnicodeKey);
+  appendField(body, static_cast<std::uint32_t>(kUnicodeHead + size));
+  appendField(body, static_cast<std::uint32_t>(size));
+  appendField(body, kUnicodeKey);
   putText(body, path);
   return body;
 }
@@ -199,19 +188,19 @@ HyperlinkObject HyperlinkObject::read(RecordBody& body) {
 }
 
 void HyperlinkObject::append(std::vector<std::byte>& bytes) const {
-  put(bytes, _streamVersion);
-  put(bytes, _flags);
+  appendField(bytes, _streamVersion);
+  appendField(bytes, _flags);
   if (_displayName) appendString(bytes, *_displayName);
   if (_frameName) appendString(bytes, *_frameName);
   if (_monikerText) appendString(bytes, *_monikerText);
   if (_moniker) {
-    put(bytes, _moniker->classId);
-    putBytes(bytes, _moniker->body);
+    appendField(bytes, _moniker->classId);
+    appendBytes(bytes, _moniker->body);
   }
   if (_location) appendString(bytes, *_location);
-  if (_guid) put(bytes, *_guid);
-  if (_creationTime) put(bytes, *_creationTime);
-  putBytes(bytes, _rest);
+  if (_guid) appendField(bytes, *_guid);
+  if (_creationTime) appendField(bytes, *_creationTime);
+  appendBytes(bytes, _rest);
 }
 
 std::size_t HyperlinkObject::size() const {

@@ -14,10 +14,9 @@ class BodyBuilder {
  public:
   template <class T>
   void operator()(const T& value) {
-    const auto raw = std::as_bytes(std::span(&value, 1));
-    bytes.insert(bytes.end(), raw.begin(), raw.end());
+    appendField(bytes, value);
   }
-  void append(std::span<const std::byte> more) { bytes.insert(bytes.end(), more.begin(), more.end()); }
+  void append(std::span<const std::byte> more) { appendBytes(bytes, more); }
   void writeAs(Xls& xls, std::uint16_t recordId) const {
     xls.writeRecord(recordId, bytes.data(), static_cast<std::uint16_t>(bytes.size()));
   }
@@ -101,8 +100,7 @@ FeatHdr FeatHdr::ofProtection(std::uint32_t options) {
   FeatHdr header;
   header.isf = static_cast<std::uint16_t>(FeatureType::protection);
   header.cbHdrData = kAllData;
-  const auto raw = std::as_bytes(std::span(&options, 1));
-  header.data.assign(raw.begin(), raw.end());
+  appendField(header.data, options);
   return header;
 }
 

@@ -85,6 +85,18 @@ void readPrefix(Record& record, std::span<const std::byte> bytes) {
   if (!whole || body.left() > 0) throwSizeIsIncorrect(Record::kName);
 }
 
+// A body of varying length, put together piece by piece.
+inline void appendBytes(std::vector<std::byte>& body, std::span<const std::byte> bytes) {
+  const std::size_t size = body.size();
+  body.resize(size + bytes.size());
+  if (!bytes.empty()) std::memcpy(body.data() + size, bytes.data(), bytes.size());
+}
+template <class T>
+requires std::is_trivially_copyable_v<T>
+void appendField(std::vector<std::byte>& body, const T& value) {
+  appendBytes(body, std::as_bytes(std::span(&value, 1)));
+}
+
 // A body being put together for writing: small ones stay on the stack of their writer.
 template <std::size_t Capacity>
 class RecordBuffer {
