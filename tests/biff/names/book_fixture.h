@@ -32,6 +32,10 @@ inline std::vector<Bytes> bodiesOf(const Bytes& file, std::uint16_t recordId) {
 inline Bytes bookFile(const std::vector<Record>& globals, const std::vector<Record>& cells,
                       std::uint16_t version = kBiff8Version) {
   std::vector<Record> records = bookAround(cells, version);
+  // Styles come in the newer form; formulas do without.
+  std::erase_if(records, [&](const Record& record) {
+    return version != kBiff8Version && (record.recordId == id::kFont || record.recordId == id::kXf);
+  });
   const auto end = std::find_if(records.begin(), records.end(), [](const Record& r) { return r.recordId == id::kEof; });
   records.insert(end, globals.begin(), globals.end());
   return fileOf(records);
