@@ -9,6 +9,7 @@
 #include "tests/host/fake_host.h"
 #include "tests/host/loaded_module.h"
 #include "tests/host/module_file.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::host::testing {
 namespace {
@@ -45,7 +46,8 @@ class Component : public ::testing::Test {
 
   FakeHost host{loadedModule(), kTabulixPath};
   ObjectHandle workbook = host.construct(classid::workbook);
-  std::string path = ::testing::TempDir() + "component_test.xls";
+  rubrica::test::TemporaryDirectory directory;
+  std::string path = directory.file("book.xls").string();
 };
 
 TEST_F(Component, ExportsItsEntryPointAndNothingElse) {

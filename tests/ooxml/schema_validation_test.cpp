@@ -12,6 +12,7 @@
 #include "lmx/driver.h"
 #include "tests/ooxml/modules.h"
 #include "tests/ooxml/sample_objects.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica {
 
@@ -63,14 +64,13 @@ std::string readFile(const fs::path& path) {
 }
 
 void expectValid(const std::string& text, const std::string& schema) {
-  const fs::path document = fs::temp_directory_path() / "rubrica_validation.xml";
-  const fs::path report = fs::temp_directory_path() / "rubrica_validation.txt";
+  // Tests of one program run side by side.
+  const test::TemporaryDirectory directory;
+  const fs::path document = directory.file("document.xml"), report = directory.file("report.txt");
   std::ofstream(document, std::ios::binary) << text;
   const std::string command = "xmllint --nonet --noout --schema '" + (schemas() / schema).string() + "' '" +
                               document.string() + "' >'" + report.string() + "' 2>&1";
   EXPECT_EQ(std::system(command.c_str()), 0) << readFile(report).substr(0, 2000);
-  fs::remove(document);
-  fs::remove(report);
 }
 
 const ooxml_tests::module_entry& moduleNamed(const std::string& name) {

@@ -5,13 +5,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "tests/platform/temporary_directory.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::platform {
 namespace {
 
-using platform_test::TemporaryDirectory;
-using platform_test::writeText;
+using test::TemporaryDirectory;
+using test::writeText;
 
 TEST(WholeFile, GivesTheBytesOfAFile) {
   TemporaryDirectory directory;

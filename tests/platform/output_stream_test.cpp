@@ -7,14 +7,14 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "tests/platform/temporary_directory.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::platform {
 namespace {
 
-using platform_test::readText;
-using platform_test::TemporaryDirectory;
-using platform_test::writeText;
+using test::readText;
+using test::TemporaryDirectory;
+using test::writeText;
 
 std::string textOf(const std::vector<std::byte>& bytes) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};

@@ -1,5 +1,6 @@
 // The sheets of an .xls book: adding, copying, moving, removing, naming and activating.
 #include "tests/biff/core/book_fixture.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica {
 namespace {
@@ -217,8 +218,8 @@ TEST(BookSheets, ACopyFromAnotherBookBringsItsTextsAndFormatsAlong) {
 
 TEST(BookSheets, AfterLoadInfoTheNamesAreThereAndNoSheetCanBeAdded) {
   auto book = bookOf({u"A", u"B"});
-  const std::string path = testing::TempDir() + "load_info.xls";
-  const std::u16string wide(path.begin(), path.end());
+  const test::TemporaryDirectory directory;
+  const std::u16string wide = directory.file("book.xls").u16string();
   ASSERT_TRUE(book->save(wide.c_str())) << book->errorMessage();
   ASSERT_TRUE(book->loadInfo(wide.c_str()));
   EXPECT_EQ(book->sheetCount(), 0);
@@ -232,8 +233,8 @@ TEST(BookSheets, LoadingOneSheetLeavesOneSheet) {
   for (int i = 0; i < 3; ++i) {
     for (int row = 0; row < 20; ++row) book->getSheet(i)->writeNum(row, 0, 100 * i + row);
   }
-  const std::string path = testing::TempDir() + "load_sheet.xls";
-  const std::u16string wide(path.begin(), path.end());
+  const test::TemporaryDirectory directory;
+  const std::u16string wide = directory.file("book.xls").u16string();
   ASSERT_TRUE(book->save(wide.c_str()));
   ASSERT_TRUE(book->loadSheet(wide.c_str(), 1));
   EXPECT_EQ(order(*book), u"B");
@@ -259,8 +260,8 @@ TEST(BookSheets, LoadingWithoutEmptyCellsDropsBlanks) {
   OneSheet b;
   b.sheet->writeNum(0, 0, 1);
   b.sheet->writeBlank(5, 5, nullptr);
-  const std::string path = testing::TempDir() + "no_blanks.xls";
-  const std::u16string wide(path.begin(), path.end());
+  const test::TemporaryDirectory directory;
+  const std::u16string wide = directory.file("book.xls").u16string();
   ASSERT_TRUE(b.book->save(wide.c_str()));
   ASSERT_TRUE(b.book->loadWithoutEmptyCells(wide.c_str()));
   EXPECT_EQ(b.book->getSheet(0)->cellType(5, 5), CellType::empty);

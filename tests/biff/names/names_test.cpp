@@ -1,4 +1,5 @@
 #include "tests/biff/names/book_fixture.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::test {
 namespace {
@@ -165,11 +166,11 @@ TEST(NamedRanges, LoadingOneSheetKeepsItsOwnNames) {
   setName(*book->getSheet(0), u"OfA", {0, 0, 0, 0}, 0);
   setName(*book->getSheet(1), u"OfB", {3, 4, 0, 0}, 1);
   book->getSheet(1)->writeFormula(0, 5, u"B!A1+A!A1+SUM(OfB)", nullptr);
-  const std::u16string file = u"/tmp/rubrica_one_sheet_names_test.xls";
+  const TemporaryDirectory directory;
+  const std::u16string file = directory.file("book.xls").u16string();
   ASSERT_TRUE(book->save(file.c_str(), false));
   BookPtr one(createBiffBook());
   ASSERT_TRUE(one->loadSheet(file.c_str(), 1, nullptr)) << one->errorMessage();
-  std::remove("/tmp/rubrica_one_sheet_names_test.xls");
   Range range;
   EXPECT_TRUE(getName(*one->getSheet(0), u"OfB", range, 0));
   EXPECT_EQ(range, (Range{3, 4, 0, 0}));

@@ -7,7 +7,7 @@
 #include <stdlib.h>
 #include <string>
 
-namespace rubrica::platform_test {
+namespace rubrica::test {
 
 class TemporaryDirectory {
  public:
@@ -41,4 +41,4 @@ inline std::string readText(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-}  // namespace rubrica::platform_test
+}  // namespace rubrica::test
