@@ -38,7 +38,10 @@ std::optional<Target> findTarget(const std::wstring& path) {
     if (::GetLastError() != ERROR_FILE_NOT_FOUND) return std::nullopt;
     return Target{path, false};
   }
-  const bool isOnDisk = ::GetFileType(file) == FILE_TYPE_DISK;
+  BY_HANDLE_FILE_INFORMATION about{};
+  // The attribute is asked too: a file server or a backup privilege may grant the open regardless.
+  const bool isReplaceable = ::GetFileType(file) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file, &about) != 0 &&
+                             (about.dwFileAttributes & FILE_ATTRIBUTE_READONLY) == 0;
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   std::optional<std::wstring> target = path;
   // A rename over a link would replace the link and not the file.
@@ -46,7 +49,7 @@ std::optional<Target> findTarget(const std::wstring& path) {
     target = finalPath(file);
   }
   ::CloseHandle(file);
-  if (!isOnDisk || !target) return std::nullopt;
+  if (!isReplaceable || !target) return std::nullopt;
   return Target{*std::move(target), true};
 }
 
