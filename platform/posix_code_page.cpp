@@ -4,7 +4,7 @@
 #include <cerrno>
 #include <iconv.h>
 
-#include "platform/text.h"
+#include "platform/system_code_page.h"
 
 namespace rubrica::platform {
 
@@ -37,14 +37,9 @@ constexpr std::array kPageNames{
     PageName{10079, "MAC-IS", "MACICELAND"},
     PageName{10081, "MACTURKISH", nullptr},
     PageName{10082, "MACCROATIAN", nullptr},
-    PageName{32768, "MACINTOSH", nullptr},
-    PageName{32769, "CP1252", nullptr},
     PageName{65001, "UTF-8", nullptr},
 };
 
-// Text of this page has two bytes a character in the file; its one-byte form holds the low bytes alone.
-constexpr std::uint16_t kUtf16Page = 1200;
-constexpr char16_t kReplacement = 0xFFFD;
 constexpr const char* kUtf16Units = std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE";
 
 class Converter {
@@ -75,7 +70,7 @@ class Converter {
     while (inLeft != 0) {
       const int error = step(&in, &inLeft, out);
       if (error == 0 || error == E2BIG) continue;
-      out.push_back(kReplacement);
+      out.push_back(kNoCharacter);
       if (error == EINVAL) break;  // the text ends within a character
       ++in;
       --inLeft;
@@ -103,19 +98,12 @@ class Converter {
   iconv_t _handle = kClosed;
 };
 
-std::u16string utf16FromLatin1(std::string_view bytes) {
-  std::u16string out(bytes.size(), u'\0');
-  std::transform(bytes.begin(), bytes.end(), out.begin(),
-                 [](char c) { return static_cast<char16_t>(static_cast<unsigned char>(c)); });
-  return out;
-}
-
 }  // namespace
 
-std::u16string utf16FromCodePage(std::uint16_t codePage, std::string_view bytes) {
-  if (codePage == kUtf16Page) return utf16FromLatin1(bytes);
-  Converter converter(codePage);
-  return converter.isOpen() ? converter.convert(bytes) : utf16FromLatin1(bytes);
+std::optional<std::u16string> utf16BySystem(std::uint16_t page, std::string_view bytes) {
+  Converter converter(page);
+  if (!converter.isOpen()) return std::nullopt;
+  return converter.convert(bytes);
 }
 
 }  // namespace rubrica::platform

@@ -1,4 +1,3 @@
-#include <clocale>
 #include <locale.h>
 
 #include "platform/numeric_locale.h"
@@ -22,16 +21,6 @@ NumericLocaleGuard::~NumericLocaleGuard() {
   if (_own == nullptr) return;
   uselocale(static_cast<locale_t>(_previous));
   freelocale(static_cast<locale_t>(_own));
-}
-
-std::string currentCharacterLocale() {
-  const char* name = std::setlocale(LC_CTYPE, nullptr);
-  return name == nullptr ? std::string() : std::string(name);
-}
-
-std::string setCharacterLocale(const char* name) {
-  const char* result = std::setlocale(LC_CTYPE, name);
-  return result == nullptr ? std::string() : std::string(result);
 }
 
 }  // namespace rubrica::platform

@@ -1,13 +1,9 @@
-#include <climits>
-#include <cwchar>
-
+#include "platform/locale_character.h"
 #include "platform/text.h"
 
 namespace rubrica::platform {
 
 namespace {
-
-static_assert(sizeof(wchar_t) == 4, "these conversions take one wchar_t for one code point");
 
 constexpr char32_t kFirstSurrogate = 0xD800;
 constexpr char32_t kLastSurrogate = 0xDFFF;
@@ -44,47 +40,27 @@ std::string localeFromUtf16(std::u16string_view text, bool& lost) {
   std::string out;
   out.reserve(text.size());
   std::mbstate_t state{};
-  char bytes[MB_LEN_MAX];
   for (std::size_t i = 0; i < text.size();) {
     const char32_t point = nextPoint(text, i);
-    const std::mbstate_t before = state;
-    const std::size_t size =
-        isSurrogate(point) ? static_cast<std::size_t>(-1) : std::wcrtomb(bytes, static_cast<wchar_t>(point), &state);
-    if (size == static_cast<std::size_t>(-1)) {
-      state = before;
+    if (isSurrogate(point) || !appendInLocale(point, state, out)) {
       lost = true;
       out.push_back('?');
-    } else {
-      out.append(bytes, size);
     }
   }
   return out;
 }
 
 std::u16string utf16FromLocale(std::string_view text, bool& lost) {
-  constexpr auto kMalformed = static_cast<std::size_t>(-1);
-  constexpr auto kIncomplete = static_cast<std::size_t>(-2);
   lost = false;
   std::u16string out;
   out.reserve(text.size());
   std::mbstate_t state{};
   while (!text.empty()) {
-    wchar_t wide = 0;
-    std::size_t size = std::mbrtowc(&wide, text.data(), text.size(), &state);
-    auto point = static_cast<char32_t>(wide);
-    if (size == kMalformed || size == kIncomplete) {
-      size = size == kIncomplete ? text.size() : 1;
-      state = std::mbstate_t{};
-      point = kFirstSurrogate;
-    } else if (size == 0) {
-      size = 1;  // a NUL inside the text
-    }
-    if (isSurrogate(point) || point > kLastPoint) {
-      lost = true;
-      point = U'?';
-    }
-    appendPoint(out, point);
-    text.remove_prefix(size);
+    const LocaleCharacter next = firstInLocale(text, state);
+    const bool isText = next.isValid && !isSurrogate(next.point) && next.point <= kLastPoint;
+    if (!isText) lost = true;
+    appendPoint(out, isText ? next.point : U'?');
+    text.remove_prefix(next.size);
   }
   return out;
 }

@@ -1,8 +1,4 @@
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <chrono>
-#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
@@ -11,8 +7,8 @@
 
 #include <sys/stat.h>
 
-#include "platform/output_stream.h"
 #include "platform/posix_path.h"
+#include "platform/replacing_file.h"
 
 namespace rubrica::platform {
 
@@ -20,10 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kBufferSize = 64 * 1024;
 // As many links as the kernel itself follows in one name.
 constexpr int kMaxLinks = 40;
-constexpr int kNameAttempts = 100;
 
 // The file that `path` names once every symbolic link at its end is followed, also where that file doesn't exist yet.
 std::optional<fs::path> followLinks(fs::path path) {
@@ -37,75 +31,39 @@ std::optional<fs::path> followLinks(fs::path path) {
   return std::nullopt;
 }
 
-// A name in the target's directory that no other writer of any process uses at this moment.
-fs::path temporaryName(const fs::path& target, int attempt) {
-  static std::atomic<unsigned> counter{0};
-  const auto ticks = std::chrono::steady_clock::now().time_since_epoch().count();
-  return target.parent_path() / (".rubrica-" + std::to_string(::getpid()) + "-" + std::to_string(++counter) + "-" +
-                                 std::to_string(ticks + attempt) + ".tmp");
-}
-
-class FileOutput final : public OutputStream {
+class PosixReplacingFile final : public ReplacingFile {
  public:
-  FileOutput(int fd, fs::path temporary, fs::path target)
+  PosixReplacingFile(int fd, fs::path temporary, fs::path target)
       : _fd(fd), _temporary(std::move(temporary)), _target(std::move(target)) {}
 
-  ~FileOutput() override {
+  ~PosixReplacingFile() override {
     if (_fd >= 0) ::close(_fd);
-    if (!_committed) ::unlink(_temporary.c_str());
+    if (!_replaced) ::unlink(_temporary.c_str());
   }
 
-  bool write(const void* data, std::size_t size) override {
-    if (_failed || _fd < 0) return false;
-    if (size > kBufferSize - _filled && !flush()) return false;
-    if (size >= kBufferSize) return writeAt(data, size);
-    if (size != 0) std::memcpy(_buffer.data() + _filled, data, size);
-    _filled += size;
-    return true;
-  }
-
-  bool seek(std::uint64_t position) override {
-    if (_failed || _fd < 0 || !flush()) return false;
-    _position = position;
-    return true;
-  }
-
-  std::int64_t tell() const override { return _failed ? -1 : static_cast<std::int64_t>(_position + _filled); }
-
-  bool commit() override {
-    if (_failed || _fd < 0 || !flush()) return false;
-    const bool onDisk = ::fsync(_fd) == 0;
-    const bool closed = ::close(_fd) == 0;
-    _fd = -1;
-    _committed = onDisk && closed && ::rename(_temporary.c_str(), _target.c_str()) == 0;
-    _failed = !_committed;
-    if (_committed) syncDirectory();
-    return _committed;
-  }
-
- private:
-  bool flush() {
-    const std::size_t size = _filled;
-    _filled = 0;
-    return writeAt(_buffer.data(), size);
-  }
-
-  bool writeAt(const void* data, std::size_t size) {
+  bool writeAt(std::uint64_t position, const void* data, std::size_t size) override {
     const auto* bytes = static_cast<const char*>(data);
     while (size != 0) {
-      const ssize_t done = ::pwrite(_fd, bytes, size, static_cast<off_t>(_position));
+      const ssize_t done = ::pwrite(_fd, bytes, size, static_cast<off_t>(position));
       if (done < 0 && errno == EINTR) continue;
-      if (done <= 0) {
-        _failed = true;
-        return false;
-      }
+      if (done <= 0) return false;
       bytes += done;
       size -= static_cast<std::size_t>(done);
-      _position += static_cast<std::uint64_t>(done);
+      position += static_cast<std::uint64_t>(done);
     }
     return true;
   }
 
+  bool replaceTarget() override {
+    const bool onDisk = ::fsync(_fd) == 0;
+    const bool closed = ::close(_fd) == 0;
+    _fd = -1;
+    _replaced = onDisk && closed && ::rename(_temporary.c_str(), _target.c_str()) == 0;
+    if (_replaced) syncDirectory();
+    return _replaced;
+  }
+
+ private:
   // Makes the rename itself durable. The file is in place already, so a file system that can't do it fails nothing.
   void syncDirectory() const {
     const fs::path parent = _target.has_parent_path() ? _target.parent_path() : fs::path(".");
@@ -118,16 +76,12 @@ class FileOutput final : public OutputStream {
   int _fd;
   fs::path _temporary;
   fs::path _target;
-  std::uint64_t _position = 0;  // in the file, of the buffer's first byte
-  std::size_t _filled = 0;
-  bool _failed = false;
-  bool _committed = false;
-  std::array<std::byte, kBufferSize> _buffer{};
+  bool _replaced = false;
 };
 
 }  // namespace
 
-std::unique_ptr<OutputStream> openFileOutput(std::u16string_view path) {
+std::unique_ptr<ReplacingFile> createReplacingFile(std::u16string_view path) {
   const std::optional<std::string> name = posixPath(path);
   if (!name) return nullptr;
   const std::optional<fs::path> target = followLinks(*name);
@@ -139,19 +93,19 @@ std::unique_ptr<OutputStream> openFileOutput(std::u16string_view path) {
   if (replaces && (!S_ISREG(old.st_mode) || ::access(target->c_str(), W_OK) != 0)) return nullptr;
 
   constexpr mode_t kNewFileMode = 0666;
-  for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-    const fs::path temporary = temporaryName(*target, attempt);
+  for (int attempt = 0; attempt < kTemporaryNameAttempts; ++attempt) {
+    const fs::path temporary = target->parent_path() / temporaryFileName(static_cast<unsigned long>(::getpid()));
     const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
     if (fd < 0 && errno == EEXIST) continue;
     if (fd < 0) return nullptr;
-    auto output = std::make_unique<FileOutput>(fd, temporary, *target);
+    auto file = std::make_unique<PosixReplacingFile>(fd, temporary, *target);
     if (replaces) {
       // Only a privileged process can keep a foreign owner; the mode comes after, since a new owner clears its bits.
       const bool sameOwner = ::fchown(fd, old.st_uid, old.st_gid) == 0;
       const mode_t kept = sameOwner ? 07777 : 0777;
       if (::fchmod(fd, old.st_mode & kept) != 0) return nullptr;
     }
-    return output;
+    return file;
   }
   return nullptr;
 }
