@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Cross-compiles platform/ and its test program for 64-bit Windows and runs the program under Wine, without a display:
+# Cross-compiles platform/ and its test programs for 64-bit Windows and runs them under Wine, without a display:
 #   scripts/check_windows.sh BUILD_DIR
 # Where Wine is missing or can't start a program at all, the run is skipped and the closing line says so.
 set -euo pipefail
@@ -41,4 +41,5 @@ if ! timeout 180 "$wine" cmd /c "exit 0" >"$scratch/start.log" 2>&1; then
 fi
 mkdir "$scratch/files"
 timeout 180 "$wine" "$build/platform_on_windows.exe" "Z:$scratch/files"
+timeout 180 "$wine" "$build/numeric_locale_on_windows.exe"
 echo "windows: cross-compiled, and every check holds under Wine"

@@ -1,8 +1,5 @@
-#include <clocale>
-#include <cstdio>
 #include <exception>
 #include <string>
-#include <thread>
 
 #include "expect.h"
 #include "platform/numeric_locale.h"
@@ -85,26 +82,6 @@ void checkLocaleText() {
   setCharacterLocale("C");
 }
 
-std::string printedHalf() {
-  char text[8] = {};
-  std::snprintf(text, sizeof text, "%.1f", 0.5);
-  return text;
-}
-
-void checkNumericLocale() {
-  EXPECT(std::setlocale(LC_NUMERIC, "German_Germany.1252") != nullptr);
-  EXPECT(printedHalf() == "0,5");
-  {
-    const NumericLocaleGuard guard;
-    EXPECT(printedHalf() == "0.5");
-    std::string elsewhere;
-    std::thread([&] { elsewhere = printedHalf(); }).join();
-    EXPECT(elsewhere == "0,5");
-  }
-  EXPECT(printedHalf() == "0,5");
-  std::setlocale(LC_NUMERIC, "C");
-}
-
 }  // namespace
 
 void checkText() {
@@ -113,7 +90,6 @@ void checkText() {
   checkPagesThatTheSystemLacks();
   checkBytesWithoutAMeaning();
   checkLocaleText();
-  checkNumericLocale();
 }
 
 }  // namespace rubrica::platform
