@@ -12,20 +12,6 @@
 #include "platform/text.h"
 #include "platform/text_metrics.h"
 
-#if defined(__has_feature)
-#define RUBRICA_HAS_FEATURE(name) __has_feature(name)
-#else
-#define RUBRICA_HAS_FEATURE(name) 0
-#endif
-#if defined(__SANITIZE_ADDRESS__) || RUBRICA_HAS_FEATURE(address_sanitizer)
-// fontconfig keeps its rules for the life of the process and reaches some of them by offsets that the leak checker
-// can't follow. They are freed by FcFini, which isn't ours to call inside a host that may use fontconfig too.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig\n";
-}
-#endif
-#undef RUBRICA_HAS_FEATURE
-
 namespace rubrica::platform {
 
 namespace {

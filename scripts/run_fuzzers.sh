@@ -5,6 +5,7 @@ set -euo pipefail
 build=$1
 seconds=$2
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+export LSAN_OPTIONS="suppressions=$root/cmake/lsan.supp:print_suppressions=0"
 mkdir -p "$build/findings" "$build/corpus"
 count=0
 for target in "$build"/fuzz/*_fuzz; do
