@@ -100,8 +100,8 @@ def write_strings(source, out):
     lines = [", ".join(str(b) for b in table[i:i + 32]) + "," for i in range(0, len(table), 32)]
     out.write_text("// Made by scripts/generate_resources.py from host/resources/.\n"
                    f"extern const unsigned char tabulixStrings[{len(table)}];\n"
-                   '#if defined(__ELF__)\n__attribute__((section(".tabulix_strings"), used))\n#endif\n'
-                   f"alignas(4) const unsigned char tabulixStrings[{len(table)}] = {{\n" + "\n".join(lines) + "\n};\n")
+                   'alignas(4)\n#if defined(__ELF__)\n__attribute__((section(".tabulix_strings"), used))\n#endif\n'
+                   f"const unsigned char tabulixStrings[{len(table)}] = {{\n" + "\n".join(lines) + "\n};\n")
 
 
 def write_rc(source, out):
