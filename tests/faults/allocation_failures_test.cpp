@@ -4,7 +4,7 @@
 
 #include "platform/text.h"
 #include "tests/faults/failing_memory.h"
-#include "tests/faults/sample_book.h"
+#include "tests/support/sample_book.h"
 #include "tests/support/temporary_directory.h"
 
 namespace rubrica {

@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 
 #include "platform/text.h"
-#include "tests/faults/sample_book.h"
+#include "tests/support/sample_book.h"
 #include "tests/support/temporary_directory.h"
 
 namespace rubrica {

@@ -1,4 +1,4 @@
-#include "tests/faults/sample_book.h"
+#include "tests/support/sample_book.h"
 
 #include <iterator>
 
