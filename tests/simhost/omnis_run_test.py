@@ -60,6 +60,21 @@ class OmnisRun(unittest.TestCase):
         for word in ("--component", "Do oBook.$load", "Left out:", "Exit code"):
             self.assertIn(word, result.stdout)
 
+    def test_help_names_what_the_manual_says_is_left_out(self):
+        manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")
+        told = manual.split("## What is left out")[1].split("All of it stops")[0].replace("`", "")
+        shown = self.run_program("--help").stdout.split("Left out:")[1].split("All of it stops")[0].replace("`", "")
+        self.assertEqual(" ".join(told.lower().split()), " ".join(shown.lower().split()))
+
+    def test_what_is_left_out_stops_the_script_with_its_line(self):
+        for line in ("Set current list lList", "Add line to list", "Calculate #F as 1", "Begin reversible block",
+                     "Load error handler h", "Print totc(lList,lA)", "Do lList.$makelist($ref.lA)",
+                     "Do lList.$sendall($ref.lA)", "Calculate lList.$smartlist as kTrue", "Begin text block",
+                     "Do $cwind.$redraw()", "Do lList.$first(kTrue)", "Start timer 1", "Do $cinst.$x()"):
+            result = self.run_script(f"Var lList List\nVar lA Integer\nDo lList.$define(lA)\n{line}\n")
+            self.assertEqual((result.returncode, result.stdout), (1, ""), line)
+            self.assertRegex(result.stderr, r"script\.omn:4: ", line)
+
     def test_the_component_may_come_from_the_environment(self):
         path = pathlib.Path(self.folder.name) / "script.omn"
         path.write_text("Print Tabulix.$rubricaVersion()")
