@@ -18,9 +18,10 @@ struct BookForm {
   const char* name;
   Book* (*create)() noexcept;
   const char16_t* extension;
+  int rows, cols;  // of a sheet
 };
 
-inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls"}};
+inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256}};
 
 // Fills the book as far as its operations succeed: each one that fails is passed over.
 void fillSample(Book& book);
