@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "biff/line_move.h"
+#include "engine/line_move.h"
 #include "biff/records/record_io.h"
 
 namespace rubrica {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "biff/cell_range.h"
-#include "biff/line_move.h"
+#include "engine/line_move.h"
 #include "biff/records/record_io.h"
 
 namespace rubrica {

@@ -16,7 +16,7 @@
 #include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
 #include "biff/hlink.h"
-#include "biff/line_move.h"
+#include "engine/line_move.h"
 #include "biff/merge_table.h"
 #include "biff/page_layout.h"
 #include "biff/records/global_records.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "biff/sample_text.h"
+#include "engine/sample_text.h"
 
 namespace rubrica {
 namespace {

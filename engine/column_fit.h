@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "engine/format.h"
 #include "platform/text_metrics.h"
 
 namespace rubrica {
@@ -28,6 +29,17 @@ class ColumnFit {
   double _width = 0;
   bool _hasCells = false;
 };
+
+// What fitting asks of a cell's format. The texts are those of the format's book.
+struct CellLook {
+  platform::FontRequest font;
+  int rotation = 0;
+  int numFormat = 0;
+  std::u16string_view customText;
+};
+
+// `customText`: the text of the format's number format where it has one of its own, or null.
+CellLook lookOf(IFormatT<char16_t>& format, const char16_t* customText);
 
 // A format's rotation as an angle of 0 to 90 degrees from the horizontal.
 int foldedRotation(int rotation);

@@ -1,4 +1,4 @@
-#include "biff/sample_text.h"
+#include "engine/sample_text.h"
 
 #include <limits>
 

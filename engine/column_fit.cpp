@@ -1,4 +1,4 @@
-#include "biff/column_fit.h"
+#include "engine/column_fit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,6 +7,21 @@
 namespace rubrica {
 namespace {
 constexpr int kQuarterTurn = 90, kHalfTurn = 180;  // degrees
+constexpr int kDefaultPoints = 10;
+}  // namespace
+
+CellLook lookOf(IFormatT<char16_t>& format, const char16_t* customText) {
+  CellLook look;
+  look.rotation = format.rotation();
+  look.numFormat = format.numFormat();
+  if (customText != nullptr) look.customText = customText;
+  look.font.points = kDefaultPoints;
+  if (IFontT<char16_t>* font = format.font(); font != nullptr) {
+    look.font.points = font->size();
+    look.font.bold = font->bold();
+    if (const char16_t* name = font->name(); name != nullptr) look.font.name = name;
+  }
+  return look;
 }
 
 int foldedRotation(int rotation) {

@@ -1,4 +1,4 @@
-#include "biff/column_widths.h"
+#include "engine/column_widths.h"
 
 #include <algorithm>
 #include <cmath>

@@ -7,6 +7,12 @@
 
 namespace rubrica {
 
+// How many lines a sheet has along each axis.
+struct GridSize {
+  int rows, cols;
+};
+inline constexpr GridSize kXlsGrid{65536, 256}, kXlsxGrid{1048576, 16384};
+
 struct LineSpan {
   int first = 0, last = 0;
 };
@@ -17,7 +23,8 @@ class LineMove {
   enum class Kind { insert, remove };
 
   // Lines `first` to `last` are inserted in front of the present line `first`, or are removed.
-  LineMove(Axis axis, Kind kind, int first, int last) : _axis(axis), _kind(kind), _first(first), _last(last) {}
+  LineMove(const GridSize& grid, Axis axis, Kind kind, int first, int last)
+      : _axis(axis), _kind(kind), _first(first), _last(last), _limit(axis == Axis::rows ? grid.rows : grid.cols) {}
 
   bool ofRows() const { return _axis == Axis::rows; }
   bool inserts() const { return _kind == Kind::insert; }
@@ -25,7 +32,7 @@ class LineMove {
   int last() const { return _last; }
   int count() const { return _last - _first + 1; }
   // Lines that a sheet has along this axis.
-  int limit() const;
+  int limit() const { return _limit; }
 
   // The new number of a row or a column; nothing when it was removed or has left the sheet.
   std::optional<int> mapRow(int row) const { return ofRows() ? map(row) : row; }
@@ -52,7 +59,7 @@ class LineMove {
 
   Axis _axis;
   Kind _kind;
-  int _first, _last;
+  int _first, _last, _limit;
 };
 
 }  // namespace rubrica

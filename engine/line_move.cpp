@@ -1,14 +1,8 @@
-#include "biff/line_move.h"
+#include "engine/line_move.h"
 
 #include <algorithm>
 
-#include "biff/sheet_index.h"
-
 namespace rubrica {
-
-int LineMove::limit() const {
-  return ofRows() ? kBiffRows : kBiffCols;
-}
 
 std::optional<int> LineMove::map(int line) const {
   if (line < _first) return line;
