@@ -2,10 +2,7 @@
 // written. The book's part map owns it. Functions over the bound root do the work.
 #pragma once
 
-#include <optional>
-#include <string>
 
-#include "engine/line_move.h"
 #include "source/ooxml/comments.h"
 #include "xml/part.h"
 
