@@ -3,10 +3,10 @@
 #include <cstring>
 
 #include "biff/book_impl.h"
-#include "engine/column_widths.h"
 #include "biff/drawing_anchors.h"
 #include "biff/named_row_moves.h"
 #include "biff/sheet_impl.h"
+#include "engine/column_widths.h"
 
 namespace rubrica {
 namespace {

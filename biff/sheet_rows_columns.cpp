@@ -4,10 +4,10 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include "biff/book_impl.h"
+#include "biff/sheet_impl.h"
 #include "engine/column_fit.h"
 #include "engine/column_widths.h"
 #include "engine/sample_text.h"
-#include "biff/sheet_impl.h"
 
 namespace rubrica {
 namespace {

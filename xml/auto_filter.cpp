@@ -212,7 +212,8 @@ IFilterColumnT<char16_t>* XMLAutoFilterT<Owner>::column(int colId) {
     Bound& bound = _owner->get_autoFilter();
     BoundColumn* found = nullptr;
     for (std::size_t i = 0; found == nullptr && i < bound.size_filterColumn(); ++i) {
-      if (bound.get_filterColumn(i).get_colId() == static_cast<std::uint32_t>(colId)) found = &bound.get_filterColumn(i);
+      if (bound.get_filterColumn(i).get_colId() == static_cast<std::uint32_t>(colId))
+        found = &bound.get_filterColumn(i);
     }
     if (found == nullptr) {
       found = &bound.append_filterColumn();

@@ -2,7 +2,6 @@
 // written. The book's part map owns it. Functions over the bound root do the work.
 #pragma once
 
-
 #include "source/ooxml/comments.h"
 #include "xml/part.h"
 

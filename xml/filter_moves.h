@@ -1,4 +1,5 @@
-// Where inserted and removed rows and columns leave the filter of a sheet or table: its range, its columns and its sort.
+// Where inserted and removed rows and columns leave the filter of a sheet or table: its range, its columns and its
+// sort.
 #pragma once
 
 #include <cstdint>

@@ -20,7 +20,8 @@ struct Unit {
   double drawingUnits;
 };
 // A pica is 12 points; "pi" is its other name.
-constexpr Unit kUnits[] = {{"in", 914400}, {"cm", 360000}, {"mm", 36000}, {"pt", 12700}, {"pc", 152400}, {"pi", 152400}};
+constexpr Unit kUnits[] = {{"in", 914400}, {"cm", 360000}, {"mm", 36000},
+                           {"pt", 12700},  {"pc", 152400}, {"pi", 152400}};
 constexpr double kMostUnits = 27273042316900.0;  // the format's limit of a coordinate
 
 // Offsets are numbers in one flavour; the other takes measures with a unit as well.
@@ -40,9 +41,11 @@ auto offsetOf(std::int64_t units) {
   }
 }
 
+// An absent corner is the top left cell's.
 template <class Marker>
-AnchorCorner cornerOf(const Marker& marker) {
-  return {marker.get_col(), unitsOf(marker.get_colOff()), marker.get_row(), unitsOf(marker.get_rowOff())};
+AnchorCorner cornerOf(const Marker* marker) {
+  if (marker == nullptr) return {};
+  return {marker->get_col(), unitsOf(marker->get_colOff()), marker->get_row(), unitsOf(marker->get_rowOff())};
 }
 
 template <class Marker>
@@ -80,11 +83,6 @@ auto picIn(const Choice& choice) {
   return picOf(choice.find_absoluteAnchor());
 }
 
-template <class Marker>
-AnchorCorner cornerOf(const Marker* marker) {
-  return marker == nullptr ? AnchorCorner() : cornerOf(*marker);
-}
-
 template <class Size>
 void readSize(const Size* size, PlacedPicture& picture) {
   if (size == nullptr) return;
@@ -92,37 +90,35 @@ void readSize(const Size* size, PlacedPicture& picture) {
   picture.height = size->get_cy();
 }
 
-// One more than any id that an object on top of the drawing has: ids have to differ within a drawing.
+template <class Naming>
+std::uint32_t namedId(const Naming* naming) {
+  const auto* named = naming == nullptr ? nullptr : naming->find_cNvPr();
+  return named == nullptr ? 0 : named->get_id();
+}
+
 template <class Object>
 std::uint32_t idOf(const Object* object) {
   if (object == nullptr) return 0;
-  if (const auto* pic = object->find_pic(); pic && pic->find_nvPicPr() && pic->find_nvPicPr()->find_cNvPr()) {
-    return pic->find_nvPicPr()->find_cNvPr()->get_id();
-  }
-  if (const auto* shape = object->find_sp(); shape && shape->find_nvSpPr() && shape->find_nvSpPr()->find_cNvPr()) {
-    return shape->find_nvSpPr()->find_cNvPr()->get_id();
-  }
-  if (const auto* frame = object->find_graphicFrame();
-      frame && frame->find_nvGraphicFramePr() && frame->find_nvGraphicFramePr()->find_cNvPr()) {
-    return frame->find_nvGraphicFramePr()->find_cNvPr()->get_id();
-  }
-  if (const auto* group = object->find_grpSp(); group && group->find_nvGrpSpPr() && group->find_nvGrpSpPr()->find_cNvPr()) {
-    return group->find_nvGrpSpPr()->find_cNvPr()->get_id();
-  }
-  if (const auto* line = object->find_cxnSp(); line && line->find_nvCxnSpPr() && line->find_nvCxnSpPr()->find_cNvPr()) {
-    return line->find_nvCxnSpPr()->find_cNvPr()->get_id();
-  }
+  if (const auto* pic = object->find_pic()) return namedId(pic->find_nvPicPr());
+  if (const auto* shape = object->find_sp()) return namedId(shape->find_nvSpPr());
+  if (const auto* frame = object->find_graphicFrame()) return namedId(frame->find_nvGraphicFramePr());
+  if (const auto* group = object->find_grpSp()) return namedId(group->find_nvGrpSpPr());
+  if (const auto* line = object->find_cxnSp()) return namedId(line->find_nvCxnSpPr());
   return 0;
 }
 
+// One more than any id that an object on top of the drawing has: ids have to differ within a drawing.
 template <class Root>
 std::uint32_t freeId(const Root& root) {
   std::uint32_t highest = 0;
+  const auto count = [&](const auto* anchor) {
+    if (anchor != nullptr) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
+  };
   for (std::size_t i = 0; i < root.size_choice(); ++i) {
     const auto& choice = root.get_choice(i);
-    if (const auto* anchor = choice.find_twoCellAnchor()) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
-    if (const auto* anchor = choice.find_oneCellAnchor()) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
-    if (const auto* anchor = choice.find_absoluteAnchor()) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
+    count(choice.find_twoCellAnchor());
+    count(choice.find_oneCellAnchor());
+    count(choice.find_absoluteAnchor());
   }
   return highest + 1;
 }
@@ -191,7 +187,8 @@ std::optional<std::int64_t> drawingUnits(const std::string& text) {
   if (number.ec != std::errc()) return std::nullopt;
   const std::string_view unit(number.ptr, static_cast<std::size_t>(end - number.ptr));
   if (!unit.empty()) {
-    const auto found = std::find_if(std::begin(kUnits), std::end(kUnits), [&](const Unit& u) { return u.name == unit; });
+    const auto found =
+        std::find_if(std::begin(kUnits), std::end(kUnits), [&](const Unit& u) { return u.name == unit; });
     if (found == std::end(kUnits)) return std::nullopt;
     value *= found->drawingUnits;
   }

@@ -47,14 +47,16 @@ std::string insertColumn(Columns& columns, std::size_t index) {
 }
 
 template <class Root>
-void moveColumns(Root& root, const LineMove& move, const SheetRange& before, const SheetRange& after, TableMove& moved) {
+void moveColumns(Root& root, const LineMove& move, const SheetRange& before, const SheetRange& after,
+                 TableMove& moved) {
   auto& columns = root.get_tableColumns();
   if (move.inserts() && before.colFirst < move.first() && move.first() <= before.colLast) {
     const int added = std::min(move.count(), after.colLast - after.colFirst - (before.colLast - before.colFirst));
     const auto at = std::min(static_cast<std::size_t>(move.first() - before.colFirst), columns.size_tableColumn());
     for (int i = 0; i < added; ++i) {
       std::string name = insertColumn(columns, at + static_cast<std::size_t>(i));
-      if (root.get_headerRowCount() > 0) moved.newHeaders.push_back({after.rowFirst, move.first() + i, std::move(name)});
+      if (root.get_headerRowCount() > 0)
+        moved.newHeaders.push_back({after.rowFirst, move.first() + i, std::move(name)});
     }
   }
   if (!move.inserts()) {

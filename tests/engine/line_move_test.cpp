@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 namespace rubrica {
 
 static bool operator==(const LineSpan& a, const LineSpan& b) {
@@ -14,7 +13,9 @@ namespace {
 // A range as a file form would hold it.
 struct CellRange {
   std::uint16_t rowFirst, rowLast, colFirst, colLast;
-  static CellRange of(std::uint16_t r1, std::uint16_t r2, std::uint16_t c1, std::uint16_t c2) { return {r1, r2, c1, c2}; }
+  static CellRange of(std::uint16_t r1, std::uint16_t r2, std::uint16_t c1, std::uint16_t c2) {
+    return {r1, r2, c1, c2};
+  }
   bool operator==(const CellRange&) const = default;
 };
 

@@ -216,7 +216,8 @@ TYPED_TEST(AutoFilters, OperatorsAreNumberedAsTheFormatListsThem) {
   auto& [owner, last, filter] = this->sheet;
   filter.setRef(0, 9, 0, 0);
   auto* column = filter.column(0);
-  const char* const tokens[] = {"equal", "lessThan", "lessThanOrEqual", "notEqual", "greaterThanOrEqual", "greaterThan"};
+  const char* const tokens[] = {"equal",    "lessThan",           "lessThanOrEqual",
+                                "notEqual", "greaterThanOrEqual", "greaterThan"};
   for (int op = 0; op < 6; ++op) {
     column->setCustomFilter(static_cast<FilterOperator>(op), u"1", FilterOperator::equal, nullptr, false);
     const auto& bound = owner.get_autoFilter().get_filterColumn(0).get_customFilters().get_customFilter(0);
@@ -332,7 +333,8 @@ TYPED_TEST(AutoFilters, FollowInsertedAndRemovedLines) {
   filter.setSort(3, false);
   auto& bound = owner.get_autoFilter();
   const auto apply = [&](LineMove::Axis axis, LineMove::Kind kind, int first, int to) {
-    const bool left = moveFilter(bound, {kXlsxGrid, axis, kind, first, to}, [&](auto& column) { filter.detachColumn(column); });
+    const bool left =
+        moveFilter(bound, {kXlsxGrid, axis, kind, first, to}, [&](auto& column) { filter.detachColumn(column); });
     filter.refileColumns();
     return left;
   };

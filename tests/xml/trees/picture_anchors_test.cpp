@@ -59,12 +59,12 @@ TYPED_TEST(Drawings, NumberTheirObjectsApart) {
 
 TYPED_TEST(Drawings, AnchorsMoveWithTheirCells) {
   const auto moved = [&](PicturePosition position, LineMove::Axis axis, LineMove::Kind kind, int first, int last) {
-    TypeParam root;
+    TypeParam tree;
     PlacedPicture placed = picture();
     placed.position = position;
-    placePicture(root, placed);
-    moveAnchors(root, {kXlsxGrid, axis, kind, first, last});
-    return *pictureAt(root, 0);
+    placePicture(tree, placed);
+    moveAnchors(tree, {kXlsxGrid, axis, kind, first, last});
+    return *pictureAt(tree, 0);
   };
   constexpr auto kRows = LineMove::Axis::rows, kCols = LineMove::Axis::columns;
   constexpr auto kInsert = LineMove::Kind::insert, kRemove = LineMove::Kind::remove;

@@ -14,11 +14,12 @@ class Tables : public testing::Test {
   Root root;
   void SetUp() override {
     const bool isStrict = std::is_same_v<Root, strict::c_table>;
-    fill(root, std::string("<table xmlns=\"") + (isStrict ? kStrictMain : kMain) +
-                   "\" id=\"1\" name=\"Sales\" displayName=\"Shown\" ref=\"B3:D9\" totalsRowCount=\"1\">"
-                   "<autoFilter ref=\"B3:D8\"><filterColumn colId=\"2\"><top10 val=\"5\"/></filterColumn></autoFilter>"
-                   "<tableColumns count=\"3\"><tableColumn id=\"1\" name=\"a\"/><tableColumn id=\"4\" name=\"Column4\"/>"
-                   "<tableColumn id=\"3\" name=\"c\"/></tableColumns></table>");
+    fill(root,
+         std::string("<table xmlns=\"") + (isStrict ? kStrictMain : kMain) +
+             "\" id=\"1\" name=\"Sales\" displayName=\"Shown\" ref=\"B3:D9\" totalsRowCount=\"1\">"
+             "<autoFilter ref=\"B3:D8\"><filterColumn colId=\"2\"><top10 val=\"5\"/></filterColumn></autoFilter>"
+             "<tableColumns count=\"3\"><tableColumn id=\"1\" name=\"a\"/><tableColumn id=\"4\" name=\"Column4\"/>"
+             "<tableColumn id=\"3\" name=\"c\"/></tableColumns></table>");
   }
   TableMove apply(LineMove::Axis axis, LineMove::Kind kind, int first, int last) {
     return moveTable(root, {kXlsxGrid, axis, kind, first, last});
