@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "engine/address.h"
+#include "engine/name_case.h"
 #include "platform/text.h"
 
 namespace rubrica {
@@ -105,12 +106,6 @@ NamePart partOf(std::string_view text) {
 std::string columnText(int col) {
   std::string letters = absoluteCellText(0, col);
   return letters.substr(0, letters.size() - 2);  // without "$1"
-}
-
-char16_t folded(char16_t c) {
-  const bool isLatin = (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7) || (c >= 0x391 && c <= 0x3A9) ||
-                       (c >= 0x410 && c <= 0x42F);
-  return isLatin ? static_cast<char16_t>(c + 0x20) : c;
 }
 
 }  // namespace
@@ -215,10 +210,7 @@ std::string renamedReference(std::string_view text, std::string_view from, std::
 }
 
 bool sameName(std::string_view a, std::string_view b) {
-  if (a == b) return true;
-  const std::u16string wideA = platform::utf16FromUtf8Lossy(a), wideB = platform::utf16FromUtf8Lossy(b);
-  return wideA.size() == wideB.size() &&
-         std::equal(wideA.begin(), wideA.end(), wideB.begin(), [](char16_t x, char16_t y) { return folded(x) == folded(y); });
+  return a == b || sameNameIgnoringCase(platform::utf16FromUtf8Lossy(a), platform::utf16FromUtf8Lossy(b));
 }
 
 }  // namespace rubrica
