@@ -47,4 +47,18 @@ int ColumnWidths::pixelsOfStored(std::uint16_t stored) const {
   return rounded(double(stored) * _digit / 256);
 }
 
+double ColumnWidths::digitsOfChars(double chars) const {
+  if (_digit <= 0) return 0;
+  return static_cast<double>(std::int64_t{pixelsOfChars(chars)} * 256 / _digit) / 256;
+}
+
+int ColumnWidths::pixelsOfDigits(double digits) const {
+  return std::isnan(digits) ? 0 : rounded(digits * _digit);
+}
+
+int ColumnWidths::pixelsOfBase(int chars) const {
+  constexpr int kStep = 8;
+  return (pixelsOfChars(chars) + kStep - 1) / kStep * kStep;
+}
+
 }  // namespace rubrica

@@ -5,11 +5,11 @@
 #include <new>
 
 #include "engine/xlerror.h"
-#include "platform/text.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/strict.h"
 #include "source/ooxml/table.h"
 #include "xml/filter_operators.h"
+#include "xml/xstring.h"
 
 namespace rubrica {
 namespace {
@@ -45,7 +45,7 @@ void appendCustom(Custom& filters, FilterOperator op, const char16_t* value) {
   if (value == nullptr) return;
   auto& filter = filters.append_customFilter();
   filter.set_operator(std::string(operatorToken(op)));
-  filter.set_val(platform::utf8FromUtf16(value));
+  filter.set_val(toXstring(value));
 }
 
 }  // namespace
@@ -80,7 +80,7 @@ const char16_t* XMLFilterColumnT<Bound>::filter(int index) const {
     if (index < 0 || static_cast<std::size_t>(index) >= filters->size_filter()) throw xlerror(kIndexOutOfRange);
     const auto& entry = filters->get_filter(static_cast<std::size_t>(index));
     if (!entry.isset_val()) return nullptr;
-    _text = platform::utf16FromUtf8Lossy(entry.get_val());
+    fromXstring(entry.get_val(), _text);
     return _text.c_str();
   });
 }
@@ -89,7 +89,7 @@ template <class Bound>
 void XMLFilterColumnT<Bound>::addFilter(const char16_t* value) {
   guarded(*_last, [&] {
     checkRoomFor(*_bound, FilterType::values, kValuesNotFound);
-    std::string text = platform::utf8FromUtf16(value == nullptr ? u"" : value);
+    std::string text = toXstring(viewOf(value));
     _bound->get_filters().append_filter().set_val(std::move(text));
   });
 }
@@ -135,7 +135,7 @@ bool XMLFilterColumnT<Bound>::getCustomFilter(FilterOperator* op1, const char16_
       if (filters->size_customFilter() <= at) return;
       const auto& filter = filters->get_customFilter(at);
       if (op != nullptr) *op = operatorOf(filter.get_operator());
-      text = platform::utf16FromUtf8Lossy(filter.get_val());
+      fromXstring(filter.get_val(), text);
       if (value != nullptr) *value = text.c_str();
     };
     give(0, op1, value1, _text);

@@ -64,5 +64,23 @@ TEST(ColumnWidths, NoWidthOrDigitBreaksTheArithmetic) {
   EXPECT_EQ(ColumnWidths(0).charsOfPixels(100), 0);
 }
 
+TEST(ColumnWidths, OfColElementsCountDigitsWithTheirPadding) {
+  const ColumnWidths widths(7);
+  EXPECT_EQ(widths.digitsOfChars(10), 10.7109375);
+  EXPECT_EQ(widths.pixelsOfDigits(10.7109375), 75);
+  EXPECT_EQ(widths.pixelsOfDigits(9.140625), 64);
+  for (int pixels = 0; pixels < 2000; ++pixels) {
+    EXPECT_EQ(widths.pixelsOfDigits(widths.digitsOfChars(widths.charsOfPixels(pixels))), pixels);
+  }
+  EXPECT_EQ(widths.digitsOfChars(std::nan("")), 0);
+  EXPECT_EQ(ColumnWidths(0).digitsOfChars(10), 0);
+}
+
+TEST(ColumnWidths, OfABaseAreMultiplesOfEightPixels) {
+  EXPECT_EQ(ColumnWidths(7).pixelsOfBase(8), 64);
+  EXPECT_EQ(ColumnWidths(7).pixelsOfBase(10), 80);
+  EXPECT_EQ(ColumnWidths(8).pixelsOfBase(8), 72);
+}
+
 }  // namespace
 }  // namespace rubrica
