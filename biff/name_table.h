@@ -13,7 +13,7 @@
 #include "biff/book_state.h"
 #include "biff/expression_walk.h"
 #include "biff/unicode_string.h"
-#include "engine/name_case.h"
+#include "engine/sheet_name.h"
 
 namespace rubrica {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <set>
 
-#include "engine/name_case.h"
+#include "engine/sheet_name.h"
 #include "platform/text.h"
 #include "xml/book_impl.h"
 #include "xml/package_links.h"
@@ -12,18 +12,8 @@
 namespace rubrica {
 namespace {
 
-constexpr std::size_t kMaxSheetName = 31;  // UTF-16 units
-constexpr char kNameIsCut[] = "warning: sheet's name is cut to 31 characters";
-constexpr std::u16string_view kForbiddenInNames = u":\\*?/[]";
 constexpr std::string_view kSheetPrefix = "/xl/worksheets/sheet";
 constexpr std::string_view kPartExtension = ".xml";
-
-void checkSheetName(std::u16string_view name) {
-  if (name.empty()) throw xlerror("sheet name can't be empty");
-  if (name.front() == u'\'' || name.back() == u'\'' || name.find_first_of(kForbiddenInNames) != name.npos) {
-    throw xlerror("sheet name has an invalid character");
-  }
-}
 
 bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
@@ -87,11 +77,9 @@ std::string XMLBookImplT<Tag>::partNameOf(const Sheet& sheet) const {
 template <class Tag>
 std::u16string XMLBookImplT<Tag>::usableSheetName(Text name, const Sheet* except) {
   if (name == nullptr) throw xlerror("sheet name can't be 0");
-  std::u16string usable = name;
-  if (usable.size() > kMaxSheetName) {
-    usable.resize(kMaxSheetName);
-    _last.setMessage(kNameIsCut);
-  }
+  const std::u16string_view given = name;
+  const std::u16string usable(cutSheetName(given));
+  if (usable.size() < given.size()) _last.setMessage(kSheetNameIsCut);
   const auto taken = findSheet(usable);
   if (taken && (except == nullptr || *taken != positionOf(*except))) {
     throw xlerror("book already contains such sheet name");

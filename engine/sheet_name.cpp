@@ -1,9 +1,13 @@
-#include "engine/name_case.h"
+#include "engine/sheet_name.h"
 
 #include <algorithm>
 
+#include "engine/xlerror.h"
+
 namespace rubrica {
 namespace {
+
+constexpr std::u16string_view kForbiddenInNames = u":\\*?/[]";
 
 // The capital of a letter; the Greek and Cyrillic rows too, which sheet names of real books hold.
 char16_t capital(char16_t c) {
@@ -15,6 +19,20 @@ char16_t capital(char16_t c) {
 }
 
 }  // namespace
+
+std::u16string_view cutSheetName(std::u16string_view name) {
+  if (name.size() <= kMaxSheetName) return name;
+  const char16_t last = name[kMaxSheetName - 1];
+  const bool halvesPair = last >= 0xD800 && last <= 0xDBFF;
+  return name.substr(0, halvesPair ? kMaxSheetName - 1 : kMaxSheetName);
+}
+
+void checkSheetName(std::u16string_view name) {
+  if (name.empty()) throw xlerror("sheet name can't be empty");
+  if (name.front() == u'\'' || name.back() == u'\'' || name.find_first_of(kForbiddenInNames) != name.npos) {
+    throw xlerror("sheet name has an invalid character");
+  }
+}
 
 bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
