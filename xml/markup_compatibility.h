@@ -11,6 +11,9 @@
 
 namespace rubrica {
 
+// A tail of the namespace's URI: it stands in every part that has such markup.
+inline constexpr std::string_view kMarkupSign = "/markup-compatibility/";
+
 class ResolvedMarkup {
  public:
   // `text` must outlive this object. The namespaces that `root`'s module binds are those that count as understood.

@@ -49,6 +49,24 @@ std::string readTemporaryFile(const std::string& path) {
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+bool hasMarkupToResolve(const std::string& path) {
+  constexpr std::size_t kPiece = 65536;  // bytes
+  std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+  if (!file.is_open()) throw xlerror(kCantRead);
+  std::string window;
+  for (bool isFirst = true;; isFirst = false) {
+    // The end of the last piece stays, for a name that lies across the border.
+    window.erase(0, window.size() - std::min(window.size(), kMarkupSign.size()));
+    const std::size_t kept = window.size();
+    window.resize(kept + kPiece);
+    file.read(window.data() + kept, kPiece);
+    window.resize(kept + static_cast<std::size_t>(file.gcount()));
+    if (isFirst && window.empty()) throw xlerror("data is empty");
+    if (window.size() == kept) return false;
+    if (window.find(kMarkupSign) != window.npos) return true;
+  }
+}
+
 BinaryFile::BinaryFile(const void* data, std::size_t size) {
   const auto* bytes = static_cast<const std::uint8_t*>(data);
   if (size > 0) _bytes.assign(bytes, bytes + size);
