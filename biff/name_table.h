@@ -13,6 +13,7 @@
 #include "biff/book_state.h"
 #include "biff/expression_walk.h"
 #include "biff/unicode_string.h"
+#include "engine/sheet_name.h"
 
 namespace rubrica {
 
@@ -38,9 +39,6 @@ struct Lbl {
   // The name as people see it: that of its code for a built-in name.
   std::u16string_view displayName() const;
 };
-
-// Names of sheets and ranges compare without regard to the case of Latin-1, Greek and Cyrillic letters.
-bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b);
 
 class NameTable {
  public:

@@ -1,11 +1,13 @@
 // XMLBookImplT: an OOXML workbook of one flavour. It is the bound tree of "workbook.xml" and owns, in its part map, all
 // other parts of the package: sheets, styles, shared strings and what is only carried along. It belongs to one thread
 // at a time. Loading stands in book_load.cpp, saving in book_save.cpp, sheets in book_sheets.cpp and
-// book_sheet_copy.cpp, styles and values in book_values.cpp, pictures in book_pictures.cpp.
+// book_sheet_copy.cpp, what the workbook says about them in book_names.cpp, styles and values in book_values.cpp,
+// pictures in book_pictures.cpp.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -37,16 +39,17 @@ class Styles;
 template <class Tag>
 class XMLSheetImplT;
 class ZipReader;
-struct ZipEntry;
+struct PartBytes;
 
 // A picture of the book; a picture id is its position in the list.
 struct BookPicture {
-  const std::uint8_t* data = nullptr;  // of the BinaryFile in the part map; null for a linked picture
+  const std::uint8_t* data = nullptr;  // of the BinaryFile in the part map; null for one that is only linked
   std::size_t size = 0;
-  std::string partName;   // key of the part map, or the target of a linked picture
+  std::string partName;   // key of the part map; empty for one that is only linked
   std::string extension;  // "png", "jpg", "wmf", "emf", "gif", "bmp"; empty when the bytes are of no known kind
   int width = 0;          // pixels, as far as they have been found out
   int height = 0;
+  std::string link;  // the external target, "file:///" and the path; empty for one that is not linked
 };
 
 template <class Tag>
@@ -155,7 +158,7 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   // Pixels of the widest digit of the default font as it was after the last load or setDefaultFont.
   int digitWidth();
   // Elements and attributes that markup compatibility took out of the parts at the last load.
-  std::size_t droppedMarkup() const { return _droppedMarkup; }
+  std::size_t droppedMarkupOfParts() const;
 
  private:
   // What a load takes of a package.
@@ -166,38 +169,44 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
     bool infoOnly = false;
     std::string tempFile;  // UTF-8; empty: parts are read from memory
   };
-  // What the entries that were seen so far have told.
-  struct LoadState;
-
   // ---- Load (book_load.cpp)
   bool loadFile(Text filename, Text tempFile, LoadOptions options);
-  void loadPackage(ZipReader& package, const LoadOptions& options);
+  void loadArchive(std::span<const std::byte> archive, const LoadOptions& options);
   void clearForLoad();
-  void loadContentTypes(ZipReader& package, const LoadOptions& options);
-  void loadEntry(ZipReader& package, std::size_t index, const LoadOptions& options, LoadState& state);
-  void loadMainPart(ZipReader& package, std::size_t index, const LoadOptions& options, LoadState& state);
-  void loadPart(ZipReader& package, std::size_t index, std::string_view type, const LoadOptions& options);
-  void keepWantedSheet(const LoadOptions& options, LoadState& state);
-  void connectParts(const LoadOptions& options);
+  void loadPackage(ZipReader& package, const LoadOptions& options);
+  void loadMainPart(const PartBytes& bytes, const std::string& name);
+  void loadPart(PartBytes bytes, const std::string& name, std::string_view type, const LoadOptions& options);
+  void forgetPicture(std::string_view partName);
+  std::string keepWantedSheet(const LoadOptions& options);
+  void dropUnwantedSheets(std::string_view wanted);
+  void connectParts();
   void connectSheets();
 
   // ---- Save (book_save.cpp)
-  void prepareSave();
+  bool prepareSave();
+  void countStringCells();
   void setMainType(std::u16string_view filename);
-  void writePackage(platform::OutputStream& output, bool useTempFile);
+  void writePackage(platform::OutputStream& output, std::string temporaryFile);
 
   // ---- Sheets (book_sheets.cpp, book_sheet_copy.cpp)
   ISheetT<char16_t>* insertSheetAt(int index, Text name, ISheetT<char16_t>* initSheet);
   std::string makeSheetPath();
-  void copySheetParts(const Sheet& source, const std::string& sourcePath, const std::string& path);
-  void dropPartsOf(const std::string& sheetPath);
+  void dropParts(const std::vector<std::string>& partNames);
+  void copySheetParts(Sheet& source, const std::string& path);
   const SheetEntry& entryAt(int index) const;
   std::size_t entryCount() const;
   void activate(int index);
-  template <class Mapping>
-  void renumberSheets(const Mapping& mapping);
 
-  int addPictureBytes(const void* data, std::size_t size);
+  // ---- What the workbook says by positions of sheets (book_names.cpp). A mapping answers the new position of an old
+  // one, kGone for a sheet that is no more.
+  using Mapping = std::function<int(int)>;
+  static constexpr int kGone = -1;
+  void renumberNames(const Mapping& mapping);
+  void renumberViews(const Mapping& mapping);
+  void setActiveTab(int index);
+
+  int addPictureBytes(std::span<const std::byte> bytes);
+  decltype(std::declval<Root&>().get_calcPr()) needCalcPr();
   void rememberDefaultFont();
 
   LastMessage _last;
@@ -212,7 +221,6 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   TextConverter _text;
   std::u16string _sheetName;    // of the last getSheetName
   platform::MemoryOutput _raw;  // of the last saveRaw
-  std::size_t _droppedMarkup = 0;
   std::unique_ptr<platform::TextMetrics> _metrics;
   std::u16string _measuredFont;  // the default font whose digits columns are measured by
   int _measuredPoints = 0;

@@ -45,13 +45,13 @@ void ContentTypes::addOverride(std::string_view partName, std::string_view type)
 }
 
 // A file may name a part twice: all that is said about it goes.
-void ContentTypes::removeOverride(std::string_view partName) {
-  if (_overrides.find(partName) == _overrides.end()) return;
-  for (std::size_t i = size_choice(); i-- > 0;) {
+void ContentTypes::removeOverrides(const std::set<std::string, PartNameLess>& partNames) {
+  const std::size_t before = size_choice();
+  for (std::size_t i = before; i-- > 0;) {
     const auto* item = std::as_const(*this).get_choice(i).find_Override();
-    if (item != nullptr && samePartName(normalisedPartName(item->get_PartName()), partName)) erase_choice(i);
+    if (item != nullptr && partNames.count(normalisedPartName(item->get_PartName())) != 0) erase_choice(i);
   }
-  index();
+  if (size_choice() != before) index();
 }
 
 std::string ContentTypes::contentType(std::string_view partName) const {

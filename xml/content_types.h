@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -20,7 +21,8 @@ class ContentTypes : public XmlFile<contentypes::c_Types> {
   void addDefault(std::string_view extension, std::string_view type);
   // The type of one part.
   void addOverride(std::string_view partName, std::string_view type);
-  void removeOverride(std::string_view partName);
+  void removeOverride(std::string_view partName) { removeOverrides({std::string(partName)}); }
+  void removeOverrides(const std::set<std::string, PartNameLess>& partNames);
   // Empty for a part that nothing is said about.
   std::string contentType(std::string_view partName) const;
 

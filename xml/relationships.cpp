@@ -87,18 +87,19 @@ std::string Relationships::typeOf(std::string_view id) const {
 }
 
 void Relationships::removeById(std::string_view id) {
-  eraseWhere([](const auto& item, std::string_view text) { return item.get_Id() == text; }, id);
+  removeIf([id](const auto& item) { return item.get_Id() == id; });
 }
 
 void Relationships::removeByTarget(std::string_view target) {
-  eraseWhere([](const auto& item, std::string_view text) { return item.get_Target() == text; }, target);
+  removeIf([target](const auto& item) { return item.get_Target() == target; });
 }
 
-void Relationships::eraseWhere(bool (*matches)(const relationships::c_CT_Relationship&, std::string_view),
-                               std::string_view text) {
-  for (std::size_t i = size_Relationship(); i-- > 0;) {
-    if (matches(std::as_const(*this).get_Relationship(i), text)) erase_Relationship(i);
+void Relationships::removeIf(const std::function<bool(const relationships::c_CT_Relationship&)>& matches) {
+  const std::size_t before = size_Relationship();
+  for (std::size_t i = before; i-- > 0;) {
+    if (matches(std::as_const(*this).get_Relationship(i))) erase_Relationship(i);
   }
+  if (size_Relationship() == before) return;
   index();
   _cursor = 0;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,10 +29,10 @@ class Relationships : public XmlFile<relationships::c_Relationships> {
   std::string typeOf(std::string_view id) const;
   void removeById(std::string_view id);
   void removeByTarget(std::string_view target);
+  void removeIf(const std::function<bool(const relationships::c_CT_Relationship&)>& matches);
 
  private:
   void index();
-  void eraseWhere(bool (*matches)(const relationships::c_CT_Relationship&, std::string_view), std::string_view text);
 
   std::uint64_t _issued = 0;
   std::unordered_map<std::string, std::string> _targets;  // by id

@@ -72,9 +72,9 @@ class SharedStrings final : public XmlFile<typename Flavour<Tag>::SstRoot> {
   void indexNewItems();
   std::uint32_t append(std::string_view text, std::size_t hash);
 
-  std::vector<std::size_t> _hashes;                                // of the items, as far as they are indexed
-  boost::unordered_flat_set<std::uint32_t, Hash, Equal> _index;    // positions of the plain items
-  std::string _stored;                                             // of the last add
+  std::vector<std::size_t> _hashes;                              // of the items, as far as they are indexed
+  boost::unordered_flat_set<std::uint32_t, Hash, Equal> _index;  // positions of the plain items
+  std::string _stored;                                           // of the last add
 };
 
 extern template class SharedStrings<excelNormal_tag>;

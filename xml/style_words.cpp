@@ -11,13 +11,13 @@ namespace {
 constexpr std::string_view kAlignH[] = {"general", "left",    "center",           "right",
                                         "fill",    "justify", "centerContinuous", "distributed"};
 constexpr std::string_view kAlignV[] = {"top", "center", "bottom", "justify", "distributed"};
-constexpr std::string_view kBorders[] = {"none",         "thin",    "medium",        "dashed",     "dotted",
-                                         "thick",        "double",  "hair",          "mediumDashed", "dashDot",
-                                         "mediumDashDot", "dashDotDot", "mediumDashDotDot", "slantDashDot"};
-constexpr std::string_view kFills[] = {
-    "none",           "solid",         "mediumGray",  "darkGray",     "lightGray", "darkHorizontal",  "darkVertical",
-    "darkDown",       "darkUp",        "darkGrid",    "darkTrellis",  "lightHorizontal", "lightVertical", "lightDown",
-    "lightUp",        "lightGrid",     "lightTrellis", "gray125",     "gray0625"};
+constexpr std::string_view kBorders[] = {
+    "none",         "thin",    "medium",        "dashed",     "dotted",           "thick",       "double", "hair",
+    "mediumDashed", "dashDot", "mediumDashDot", "dashDotDot", "mediumDashDotDot", "slantDashDot"};
+constexpr std::string_view kFills[] = {"none",           "solid",           "mediumGray",    "darkGray",  "lightGray",
+                                       "darkHorizontal", "darkVertical",    "darkDown",      "darkUp",    "darkGrid",
+                                       "darkTrellis",    "lightHorizontal", "lightVertical", "lightDown", "lightUp",
+                                       "lightGrid",      "lightTrellis",    "gray125",       "gray0625"};
 constexpr std::string_view kScripts[] = {"baseline", "superscript", "subscript"};
 
 struct UnderlineWord {

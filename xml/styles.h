@@ -96,7 +96,8 @@ class Styles final : public XmlFile<typename Flavour<Tag>::StyleSheetRoot> {
   std::vector<std::unique_ptr<XMLFontImplT<Tag>>> _fonts;
   boost::unordered_flat_map<const IFormatT<char16_t>*, std::uint32_t> _formatPositions;
   boost::unordered_flat_map<const IFontT<char16_t>*, std::uint32_t> _fontPositions;
-  std::u16string _numFormatText;  // of the last customNumFormat
+  std::u16string _numFormatText;                 // of the last customNumFormat
+  boost::unordered_flat_map<int, bool> _isDate;  // number formats that were asked about, by id
   bool _rgbMode = false;
 };
 

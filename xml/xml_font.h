@@ -49,6 +49,7 @@ class XMLFontImplT final : public IFontPrivate<char16_t> {
 
   const Element& element() const { return *_element; }
   const Styles<Tag>& styles() const { return *_styles; }
+  void assignName(const char16_t* name);  // setName without its frame
   // Takes the properties that a font of any book of either file form states.
   void copyFrom(IFontT<char16_t>& source);
 

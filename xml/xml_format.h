@@ -96,13 +96,11 @@ class XMLFormatImplT final : public IFormatPrivate<char16_t> {
  private:
   enum class Side { left, right, top, bottom, diagonal };
 
-  // A copy of the format of another book of this flavour, of one of the other flavour, of any other format.
-  void copyFrom(const XMLFormatImplT& source);
+  void copyContent(const Xf& xf, const Border* border, const Fill* fill);
+  void takeForeign(IFormatT<char16_t>& source);
   template <class OtherTag>
-  void copyFromFlavour(XMLFormatImplT<OtherTag>& source);
+  void copyFromFlavour(const XMLFormatImplT<OtherTag>& source);
   void copyThroughInterface(IFormatT<char16_t>& source);
-  void takeForeignFontAndNumFormat(IFormatT<char16_t>& source, IFormatPrivate<char16_t>* sourcePrivate);
-  void takeXf(const Xf& xf);
 
   Border& ownBorder();
   Fill& ownFill();
