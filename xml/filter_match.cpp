@@ -6,7 +6,7 @@
 #include <cmath>
 #include <functional>
 
-#include "engine/name_case.h"
+#include "engine/sheet_name.h"
 
 namespace rubrica {
 namespace {

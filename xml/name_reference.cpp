@@ -4,7 +4,7 @@
 #include <charconv>
 
 #include "engine/address.h"
-#include "engine/name_case.h"
+#include "engine/sheet_name.h"
 #include "platform/text.h"
 
 namespace rubrica {
@@ -140,12 +140,14 @@ std::string joinedParts(const std::vector<NamePart>& parts) {
 
 // A plain word begins with a letter or "_", has letters, digits, "_" and "." only, and could not be taken for a cell.
 std::string quotedSheetName(std::string_view name) {
-  const bool isWord = !name.empty() && (isLetter(name.front()) || name.front() == '_') &&
-                      std::all_of(name.begin(), name.end(), [](char c) { return isLetter(c) || isDigit(c) || c == '_' || c == '.'; });
+  const bool isWord =
+      !name.empty() && (isLetter(name.front()) || name.front() == '_') &&
+      std::all_of(name.begin(), name.end(), [](char c) { return isLetter(c) || isDigit(c) || c == '_' || c == '.'; });
   const auto first = name.empty() ? ' ' : name.front();
-  const bool mayBeRowColumn =
-      (first == 'R' || first == 'r' || first == 'C' || first == 'c') &&
-      std::all_of(name.begin(), name.end(), [](char c) { return isDigit(c) || c == 'R' || c == 'r' || c == 'C' || c == 'c'; });
+  const bool mayBeRowColumn = (first == 'R' || first == 'r' || first == 'C' || first == 'c') &&
+                              std::all_of(name.begin(), name.end(), [](char c) {
+                                return isDigit(c) || c == 'R' || c == 'r' || c == 'C' || c == 'c';
+                              });
   const bool mayBeAddress = addressIn(name).has_value() || mayBeRowColumn;
   if (isWord && !mayBeAddress) return std::string(name);
   std::string quoted = "'";

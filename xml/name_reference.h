@@ -12,6 +12,10 @@
 
 namespace rubrica {
 
+// Names that stand for what a sheet has, and the one under which the range of its filter is kept.
+inline constexpr std::string_view kBuiltInPrefix = "_xlnm.";
+inline constexpr std::string_view kFilterDatabase = "_xlnm._FilterDatabase";
+
 // One part of a list. A text that stands for no range of a sheet of this book (a formula, another book, a deleted
 // reference) has no range.
 struct NamePart {

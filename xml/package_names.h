@@ -50,6 +50,7 @@ inline constexpr std::string_view kDrawing =
 inline constexpr std::string_view kImage = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/image";
 inline constexpr std::string_view kComments =
     "http://schemas.openxmlformats.org/officeDocument/2006/relationships/comments";
+inline constexpr std::string_view kStrictComments = "http://purl.oclc.org/ooxml/officeDocument/relationships/comments";
 }  // namespace relationship_type
 
 // Keys of the part map.

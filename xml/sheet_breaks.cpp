@@ -1,4 +1,5 @@
 // Page breaks of an .xlsx sheet.
+#include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/break_list.h"
 #include "xml/sheet_impl.h"

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/address.h"
 #include "engine/picture_header.h"
 #include "xml/book_impl.h"
 #include "xml/comment_tree.h"
@@ -22,8 +23,8 @@ constexpr double kPixelsPerPoint = 96.0 / 72;
 constexpr int kMostPixels = 1 << 26;
 
 int pixelsOf(std::int64_t units) {
-  return static_cast<int>(std::clamp<std::int64_t>((units + (units < 0 ? -1 : 1) * kDrawingUnitsPerPixel / 2) / kDrawingUnitsPerPixel,
-                                                   -kMostPixels, kMostPixels));
+  return static_cast<int>(std::clamp<std::int64_t>(
+      (units + (units < 0 ? -1 : 1) * kDrawingUnitsPerPixel / 2) / kDrawingUnitsPerPixel, -kMostPixels, kMostPixels));
 }
 
 int scaled(int pixels, double scale) {
@@ -119,7 +120,8 @@ void XMLSheetImplT<Tag>::setPicture(int row, int col, int pictureId, double scal
   guarded(_book->lastMessage(), [&] {
     BookPicture& picture = pictureOf(pictureId);
     measure(picture);
-    placeOnSheet(row, col, picture, scaled(picture.width, scale), scaled(picture.height, scale), offset_x, offset_y, pos);
+    placeOnSheet(row, col, picture, scaled(picture.width, scale), scaled(picture.height, scale), offset_x, offset_y,
+                 pos);
   });
 }
 
@@ -207,8 +209,9 @@ int XMLSheetImplT<Tag>::getPicture(int index, int* rowTop, int* colLeft, int* ro
     const auto* drawing = findDrawing();
     if (drawing == nullptr) throw xlerror("can't find drawing object");
     using DrawingRoot = typename Flavour<Tag>::DrawingRoot;
-    const auto placed = index < 0 ? std::nullopt
-                                  : pictureAt(static_cast<const DrawingRoot&>(*drawing), static_cast<std::size_t>(index));
+    const auto placed = index < 0
+                            ? std::nullopt
+                            : pictureAt(static_cast<const DrawingRoot&>(*drawing), static_cast<std::size_t>(index));
     const int id = placed ? pictureIdOf(*placed, drawingPart()) : -1;
     if (id < 0) throw xlerror("picture not found");
     const AnchorCorner& from = placed->from;

@@ -60,7 +60,8 @@ std::vector<DateGroup> dateGroups(const Filters& filters) {
 template <class Filters>
 FilterRule listRule(const Filters& filters) {
   std::vector<std::u16string> values;
-  for (std::size_t i = 0; i < filters.size_filter(); ++i) values.push_back(fromXstring(filters.get_filter(i).get_val()));
+  for (std::size_t i = 0; i < filters.size_filter(); ++i)
+    values.push_back(fromXstring(filters.get_filter(i).get_val()));
   return FilterRule::list(std::move(values), filters.get_blank());
 }
 
@@ -130,7 +131,8 @@ void XMLSheetImplT<Tag>::applyFilter() {
     };
     std::vector<ColumnRule> rules;
     for (std::size_t i = 0; i < filter->size_filterColumn(); ++i) {
-      if (filter->get_filterColumn(i).get_colId() > static_cast<std::uint32_t>(range->colLast - range->colFirst)) continue;
+      if (filter->get_filterColumn(i).get_colId() > static_cast<std::uint32_t>(range->colLast - range->colFirst))
+        continue;
       if (auto rule = ruleOf(filter->get_filterColumn(i), range->colFirst, valuesOf)) rules.push_back(std::move(*rule));
     }
     const auto passes = [&](int row, const ColumnRule& rule) {
@@ -142,9 +144,8 @@ void XMLSheetImplT<Tag>::applyFilter() {
                              nullptr)) {
         return false;
       }
-      return std::any_of(rule.dates.begin(), rule.dates.end(), [&](const DateGroup& group) {
-        return groupedBy(group.grouping, date) == group.date;
-      });
+      return std::any_of(rule.dates.begin(), rule.dates.end(),
+                         [&](const DateGroup& group) { return groupedBy(group.grouping, date) == group.date; });
     };
     for (int row = range->rowFirst + 1; row <= range->rowLast; ++row) {
       const bool shown =

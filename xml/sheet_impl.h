@@ -10,6 +10,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,14 +20,23 @@
 #include "engine/sheet.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/strict.h"
+#include "source/ooxml/workbook.h"
+#include "xml/auto_filter.h"
+#include "xml/filter_match.h"
 #include "xml/flavour.h"
 #include "xml/part.h"
+#include "xml/picture_anchors.h"
 #include "xml/shared_formulas.h"
+#include "xml/sheet_range.h"
 
 namespace rubrica {
 
 template <class Tag>
 class XMLBookImplT;
+template <class Tag>
+class Drawing;
+class Comments;
+struct BookPicture;
 
 // The cells in use: the last of each pair is one past the last row or column. All are 0 where there are none.
 struct UsedRange {
@@ -48,6 +59,9 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   using SheetData = std::remove_reference_t<decltype(std::declval<Root&>().get_sheetData())>;
   using Row = std::remove_reference_t<decltype(std::declval<SheetData&>().get_row(0))>;
   using Cell = std::remove_reference_t<decltype(std::declval<Row&>().get_c(0))>;
+  using WorkbookRoot = typename Flavour<Tag>::WorkbookRoot;
+  using DefinedName =
+      std::remove_reference_t<decltype(std::declval<WorkbookRoot&>().get_definedNames().get_definedName(0))>;
 
   static constexpr std::size_t kColumns = 16384;
 
@@ -239,10 +253,10 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
 
   // Throws xlerror "col must be in range 0-16383", "row must be in range 0-1048575".
   static void checkCell(int row, int col);
-  void readWindow(const char* data, std::size_t size, int firstRow, int lastRow);
+  void readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
   // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
   void settleRows();
-  static bool settleCells(Row& row);
+  static void settleCells(Row& row);
   static void sortRows(SheetData& data);
   void adoptColumnFormats();
   void adoptSharedFormulas();
@@ -258,20 +272,21 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   Cell& needCell(int row, int col, FormatPtr format);
   // The same with nothing in it but the format. A shared formula that it was the master of goes on in another cell.
   Cell& emptyCell(int row, int col, FormatPtr format);
-  static void clearContent(Cell& cell);
   // The position of the first row or cell at or after the one that is looked for.
-  std::size_t rowPosition(SheetData& data, int row);
+  std::size_t rowPosition(const SheetData& data, int row) const;
   static std::size_t cellPosition(const Row& row, int col);
 
   // ---- Values (sheet_cells.cpp, sheet_writers.cpp)
   FormatPtr formatOf(const Cell* cell, int col);
   void giveFormat(const Cell& cell, int col, FormatPtr* format);
   std::uint32_t indexOfFormat(FormatPtr format);
-  bool isBlank(const Cell& cell) const;
+  static bool hasContent(const Cell& cell);
+  static CellType typeOf(const Cell* cell);
+  // The position of a cell's text in the shared strings.
+  static std::optional<std::size_t> sharedIndexOf(const Cell& cell);
   double numberOf(const Cell& cell);
   // Into _text; false for a cell that holds no text.
   bool readText(const Cell& cell);
-  void storeText(Cell& cell, std::u16string_view text);
 
   // ---- Formulas (sheet_formulas.cpp)
 
@@ -281,6 +296,66 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   bool storeFormula(int row, int col, Text expression, FormatPtr format, StoreValue storeValue);
   void handOverSharedFormula(int row, int col, Cell& cell);
 
+  // ---- Rows and columns (sheet_rows_columns.cpp, sheet_outline.cpp)
+  int colPixels(int col);
+  int defaultColPixels();
+  double freshColWidth();
+  double rowPoints(int row);
+  std::optional<double> fittedWidth(int col);
+  void widenUsedRows(int row);
+  void raiseOutlineDepth(int rowLevel, int colLevel);
+
+  // ---- Ranges and moves (sheet_ranges.cpp, sheet_moves.cpp)
+
+  // Throws xlerror "rowLast must be greater than or equal to rowFirst" and the same of columns.
+  static void checkOrder(int rowFirst, int rowLast, int colFirst, int colLast);
+  void eraseMerge(std::size_t index);
+  void eraseCells(Row& row, int colFirst, int colLast);
+  void moveLines(const LineMove& move, bool updateNamedRanges);
+  void unshareFormulas();
+  static void moveFormulaRange(Cell& cell, const LineMove& move);
+  void moveRows(const LineMove& move);
+  void moveColumns(const LineMove& move);
+  void moveUsedRange(const LineMove& move);
+  void moveMerges(const LineMove& move);
+  void moveMarks(const LineMove& move);
+  void moveHyperlinks(const LineMove& move);
+  void moveOwnFilter(const LineMove& move);
+  void moveTables(const LineMove& move);
+
+  // ---- Names and links (sheet_names.cpp, sheet_links.cpp). A scope is the position of a sheet or kScopeWorkbook.
+  int checkedScope(int scopeId) const;
+  DefinedName* findName(std::string_view name, int scope);
+  DefinedName& needName(std::string_view name, int scope);
+  bool removeName(std::string_view name, int scope);
+  // The sheet's name in the workbook, as it stands there.
+  std::string ownName() const;
+  void setPrintTitles(std::optional<SheetRange> rows, std::optional<SheetRange> cols);
+  void moveNames(const LineMove& move, bool updateNamedRanges);
+  void renameInNames(const std::string& from, const std::string& to);
+  std::size_t checkedLink(int index) const;
+  template <class Link>
+  void forgetLink(const Link& link);
+
+  // ---- Filters (sheet_filters.cpp)
+  FilterValue filterValue(int row, int col);
+  static std::optional<double> numberIn(const Cell& cell);
+
+  // ---- Drawing (sheet_drawing.cpp)
+
+  // The name of the part that a relationship of this sheet leads to; empty where there is none.
+  std::string linkedPart(std::string_view id) const;
+  std::string drawingPart() const;
+  Drawing<Tag>* findDrawing() const;
+  Comments* findComments() const;
+  std::string needDrawing();
+  int rowPixels(int row);
+  AnchorCorner cornerAt(int row, int col, int right, int down);
+  BookPicture& pictureOf(int pictureId);
+  void placeOnSheet(int row, int col, const BookPicture& picture, int width, int height, int offset_x, int offset_y,
+                    PicturePosition position);
+  int pictureIdOf(const PlacedPicture& placed, const std::string& drawing) const;
+
   XMLBookImplT<Tag>* _book;
   std::array<std::uint32_t, kColumns> _colFormats{};  // style index by column, so that a new cell needs no search
   UsedRange _used;
@@ -288,7 +363,9 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   SharedFormulas _sharedFormulas;
   FormatPtr _lastFormat = nullptr;  // of the last write that gave one, with its index
   std::uint32_t _lastFormatIndex = 0;
-  std::u16string _text;  // handed out; good until the next call
+  std::u16string _text;                   // handed out; good until the next call
+  SheetRange _autoFitArea{0, -1, 0, -1};  // -1: to the end
+  std::unique_ptr<XMLAutoFilterT<Root>> _autoFilter;
 };
 
 }  // namespace rubrica

@@ -26,7 +26,6 @@ LinkParts partsOf(std::u16string_view text) {
   return isAddress ? LinkParts{text, {}} : LinkParts{{}, text};
 }
 
-
 // The attributes by the bits of the ignored-error feature, in the order of the bits.
 template <class Ignored>
 struct ErrorFlags {

@@ -10,6 +10,7 @@
 #include "xml/comments.h"
 #include "xml/drawing.h"
 #include "xml/filter_moves.h"
+#include "xml/name_reference.h"
 #include "xml/package_names.h"
 #include "xml/picture_anchors.h"
 #include "xml/sheet_impl.h"
@@ -290,7 +291,9 @@ void XMLSheetImplT<Tag>::moveTables(const LineMove& move) {
     if (table == nullptr) continue;
     const TableMove moved = moveTable(static_cast<typename Flavour<Tag>::TableRoot&>(*table), move);
     for (const TableHeaderCell& header : moved.newHeaders) {
-      storeText(emptyCell(header.row, header.col, nullptr), fromXstring(header.name));
+      if (!writeStr(header.row, header.col, fromXstring(header.name).c_str(), nullptr, 0)) {
+        throw xlerror(_book->errorMessage());
+      }
     }
     if (moved.isLeft) continue;
     parts->erase_tablePart(i);

@@ -1,6 +1,7 @@
 // Defined names, print areas and print titles of an .xlsx sheet: all of them texts of the workbook's list of names.
 #include <algorithm>
 
+#include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/name_reference.h"
 #include "xml/sheet_impl.h"

@@ -1,6 +1,7 @@
 // Outline groups of rows and columns of an .xlsx sheet.
 #include <algorithm>
 
+#include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/column_ranges.h"
 #include "xml/sheet_impl.h"

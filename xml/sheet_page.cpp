@@ -1,4 +1,7 @@
 // Page setup of an .xlsx sheet: each operation is one attribute of the tree.
+#include <algorithm>
+#include <limits>
+
 #include "xml/book_impl.h"
 #include "xml/sheet_impl.h"
 #include "xml/xstring.h"

@@ -87,7 +87,8 @@ template <class Tag>
 SheetState XMLSheetImplT<Tag>::hidden() {
   return guarded(_book->lastMessage(), SheetState::visible, [&] {
     const auto* entry = _book->entryOf(*this);
-    const auto found = entry == nullptr ? kStates.begin() : std::find(kStates.begin(), kStates.end(), entry->get_state());
+    const auto found =
+        entry == nullptr ? kStates.begin() : std::find(kStates.begin(), kStates.end(), entry->get_state());
     return found == kStates.end() ? SheetState::visible : static_cast<SheetState>(found - kStates.begin());
   });
 }

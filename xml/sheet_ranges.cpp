@@ -1,6 +1,7 @@
 // Ranges of an .xlsx sheet: merges, and clearing cells.
 #include <algorithm>
 
+#include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/bound_list.h"
 #include "xml/sheet_impl.h"
@@ -96,7 +97,8 @@ template <class Tag>
 bool XMLSheetImplT<Tag>::merge(int index, int* rowFirst, int* rowLast, int* colFirst, int* colLast) {
   return guarded(_book->lastMessage(), false, [&] {
     const auto* merges = std::as_const(*this).find_mergeCells();
-    const auto range = parseRange(merges == nullptr ? std::string() : merges->get_mergeCell(checkedIndex(merges, index)).get_ref());
+    const auto range =
+        parseRange(merges == nullptr ? std::string() : merges->get_mergeCell(checkedIndex(merges, index)).get_ref());
     if (!range) throw xlerror(merges == nullptr ? "index is out of range" : "ref has unrecognized format");
     giveRange(*range, rowFirst, rowLast, colFirst, colLast);
     return true;

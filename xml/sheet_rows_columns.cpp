@@ -1,9 +1,12 @@
 // Rows and columns of an .xlsx sheet: widths, heights, hiding, fitting columns to their cells.
+#include <algorithm>
 #include <cmath>
+#include <map>
 #include <optional>
 
 #include <boost/unordered/unordered_flat_map.hpp>
 
+#include "engine/address.h"
 #include "engine/column_fit.h"
 #include "engine/column_widths.h"
 #include "engine/sample_text.h"
@@ -118,6 +121,7 @@ std::optional<double> XMLSheetImplT<Tag>::fittedWidth(int col) {
   const auto* data = this->find_sheetData();
   Styles<Tag>* styles = _book->styles();
   boost::unordered_flat_map<std::uint32_t, CellLook> looks;
+  std::map<int, std::u16string> formatTexts;
   for (std::size_t i = 0; data != nullptr && isInside && i < data->size_row(); ++i) {
     const Row& entry = data->get_row(i);
     const int row = static_cast<int>(entry.get_r()) - 1;
@@ -131,7 +135,7 @@ std::optional<double> XMLSheetImplT<Tag>::fittedWidth(int col) {
       IFormatT<char16_t>& format = *_book->format(static_cast<int>(cell.get_s()));
       look = lookOf(format, nullptr);
       if (const char16_t* text = styles->findCustomNumFormat(look.numFormat)) {
-        look.customText = _fitTexts.try_emplace(look.numFormat, text).first->second;
+        look.customText = formatTexts.try_emplace(look.numFormat, text).first->second;
       }
     }
     if (const auto number = numberIn(cell)) {
@@ -140,7 +144,6 @@ std::optional<double> XMLSheetImplT<Tag>::fittedWidth(int col) {
       fit.add(_text, look.font, look.rotation);
     }
   }
-  _fitTexts.clear();
   _book->lastMessage().setOk();
   if (fit.width() < 0) return std::nullopt;
   const ColumnWidths widths(_book->digitWidth());

@@ -1,4 +1,8 @@
 // The view of an .xlsx sheet: gridlines, zoom, panes, the cell on top, and the colour of its tab.
+#include <algorithm>
+#include <optional>
+
+#include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/sheet_impl.h"
 #include "xml/sheet_range.h"
@@ -142,26 +146,6 @@ void XMLSheetImplT<Tag>::setTabColor(Color color) {
     auto& element = this->get_sheetPr().get_tabColor();
     element = {};
     element.set_indexed(static_cast<std::uint32_t>(std::max(color, 0)));
-  });
-}
-
-template <class Tag>
-void XMLSheetImplT<Tag>::addrToRowCol(Text addr, int* row, int* col, bool* rowRelative, bool* colRelative) {
-  guarded(_book->lastMessage(), [&] {
-    const CellAddress address = parseAddress(addr == nullptr ? std::u16string_view() : addr);
-    if (row != nullptr) *row = address.row;
-    if (col != nullptr) *col = address.col;
-    if (rowRelative != nullptr) *rowRelative = address.rowRelative;
-    if (colRelative != nullptr) *colRelative = address.colRelative;
-  });
-}
-
-template <class Tag>
-typename XMLSheetImplT<Tag>::Text XMLSheetImplT<Tag>::rowColToAddr(int row, int col, bool rowRelative,
-                                                                   bool colRelative) {
-  return guarded(_book->lastMessage(), Text{}, [&]() -> Text {
-    _text = addressText({row, col, rowRelative, colRelative});
-    return _text.c_str();
   });
 }
 

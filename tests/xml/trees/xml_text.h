@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "lmx/elmx_error.h"
+
 namespace rubrica::test {
 
 inline constexpr char kMain[] = "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
