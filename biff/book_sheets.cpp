@@ -5,21 +5,6 @@
 #include "engine/make_room.h"
 
 namespace rubrica {
-namespace {
-
-constexpr std::size_t kMaxSheetName = 31;  // characters
-constexpr char kNameIsCut[] = "warning: sheet's name is cut to 31 characters";
-constexpr std::u16string_view kForbiddenInNames = u":\\*?/[]";
-
-void checkSheetName(std::u16string_view name) {
-  if (name.empty()) throw xlerror("sheet name can't be empty");
-  if (name.front() == u'\'' || name.back() == u'\'' || name.find_first_of(kForbiddenInNames) != name.npos) {
-    throw xlerror("sheet name has an invalid character");
-  }
-}
-
-}  // namespace
-
 std::u16string_view BookImplT::boundSheetName(int position) const {
   return _boundSheets[static_cast<std::size_t>(position)].name.view();
 }
@@ -50,7 +35,7 @@ std::u16string BookImplT::usableSheetName(Text name, const SheetImplT* except) {
   std::u16string usable = name;
   if (usable.size() > kMaxSheetName) {
     usable.resize(kMaxSheetName);
-    _state.setMessage(kNameIsCut);
+    _state.setMessage(kSheetNameIsCut);
   }
   const auto taken = findSheet(usable);
   if (taken && (except == nullptr || *taken != positionOf(*except)))

@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "biff/line_move.h"
 #include "biff/records/record_io.h"
+#include "engine/line_move.h"
 
 namespace rubrica {
 

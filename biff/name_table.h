@@ -14,6 +14,7 @@
 #include "biff/expression_walk.h"
 #include "biff/folded_index.h"
 #include "biff/unicode_string.h"
+#include "engine/sheet_name.h"
 
 namespace rubrica {
 

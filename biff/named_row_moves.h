@@ -1,9 +1,9 @@
 // Defined names that follow a row operation of a sheet.
 #pragma once
 
-#include "biff/line_move.h"
 #include "biff/link_table.h"
 #include "biff/name_table.h"
+#include "engine/line_move.h"
 
 namespace rubrica {
 

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "biff/book_state.h"
-#include "biff/line_move.h"
 #include "biff/records/sheet_records.h"
 #include "biff/unicode_string.h"
 #include "compound/xls.h"
+#include "engine/line_move.h"
 
 namespace rubrica {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "biff/cell_range.h"
-#include "biff/line_move.h"
 #include "biff/records/record_io.h"
+#include "engine/line_move.h"
 
 namespace rubrica {
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "biff/book_impl.h"
+#include "engine/password_verifier.h"
 
 namespace rubrica {
 namespace {

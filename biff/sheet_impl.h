@@ -16,7 +16,6 @@
 #include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
 #include "biff/hlink.h"
-#include "biff/line_move.h"
 #include "biff/merge_table.h"
 #include "biff/page_layout.h"
 #include "biff/records/global_records.h"
@@ -26,6 +25,7 @@
 #include "biff/shared_features.h"
 #include "biff/sheet_protection.h"
 #include "biff/sheet_view.h"
+#include "engine/line_move.h"
 #include "engine/sheet.h"
 
 namespace rubrica {

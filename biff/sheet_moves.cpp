@@ -3,10 +3,10 @@
 #include <cstring>
 
 #include "biff/book_impl.h"
-#include "biff/column_widths.h"
 #include "biff/drawing_anchors.h"
 #include "biff/named_row_moves.h"
 #include "biff/sheet_impl.h"
+#include "engine/column_widths.h"
 
 namespace rubrica {
 namespace {
@@ -31,7 +31,7 @@ std::vector<int> rowsFrom(const SheetIndex& index, int first) {
 bool SheetImplT::insertRow(int rowFirst, int rowLast, bool updateNamedRanges) {
   return guarded(state(), false, [&] {
     checkRows(rowFirst, rowLast);
-    moveLines({LineMove::Axis::rows, LineMove::Kind::insert, rowFirst, rowLast}, updateNamedRanges);
+    moveLines({kXlsGrid, LineMove::Axis::rows, LineMove::Kind::insert, rowFirst, rowLast}, updateNamedRanges);
     return true;
   });
 }
@@ -39,7 +39,7 @@ bool SheetImplT::insertRow(int rowFirst, int rowLast, bool updateNamedRanges) {
 bool SheetImplT::removeRow(int rowFirst, int rowLast, bool updateNamedRanges) {
   return guarded(state(), false, [&] {
     checkRows(rowFirst, rowLast);
-    moveLines({LineMove::Axis::rows, LineMove::Kind::remove, rowFirst, rowLast}, updateNamedRanges);
+    moveLines({kXlsGrid, LineMove::Axis::rows, LineMove::Kind::remove, rowFirst, rowLast}, updateNamedRanges);
     return true;
   });
 }
@@ -47,7 +47,7 @@ bool SheetImplT::removeRow(int rowFirst, int rowLast, bool updateNamedRanges) {
 bool SheetImplT::insertCol(int colFirst, int colLast, bool updateNamedRanges) {
   return guarded(state(), false, [&] {
     checkCols(colFirst, colLast);
-    moveLines({LineMove::Axis::columns, LineMove::Kind::insert, colFirst, colLast}, updateNamedRanges);
+    moveLines({kXlsGrid, LineMove::Axis::columns, LineMove::Kind::insert, colFirst, colLast}, updateNamedRanges);
     return true;
   });
 }
@@ -55,7 +55,7 @@ bool SheetImplT::insertCol(int colFirst, int colLast, bool updateNamedRanges) {
 bool SheetImplT::removeCol(int colFirst, int colLast, bool updateNamedRanges) {
   return guarded(state(), false, [&] {
     checkCols(colFirst, colLast);
-    moveLines({LineMove::Axis::columns, LineMove::Kind::remove, colFirst, colLast}, updateNamedRanges);
+    moveLines({kXlsGrid, LineMove::Axis::columns, LineMove::Kind::remove, colFirst, colLast}, updateNamedRanges);
     return true;
   });
 }

@@ -3,14 +3,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 #include "compound/xls.h"
 
 namespace rubrica {
-
-// The 16-bit verifier under which a sheet keeps its password.
-std::uint16_t passwordVerifier(std::u16string_view password);
 
 struct SheetProtection {
   std::optional<std::uint16_t> protect, scenProtect, objProtect, password;

@@ -4,10 +4,10 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include "biff/book_impl.h"
-#include "biff/column_fit.h"
-#include "biff/column_widths.h"
-#include "biff/sample_text.h"
 #include "biff/sheet_impl.h"
+#include "engine/column_fit.h"
+#include "engine/column_widths.h"
+#include "engine/sample_text.h"
 
 namespace rubrica {
 namespace {
@@ -16,7 +16,6 @@ constexpr int kTwipsPerPoint = 20;
 constexpr int kMostTwips = 8192;
 constexpr std::uint16_t kNoStandardWidth = 0xFFFF;
 constexpr double kMostFittedChars = 250;  // with any digit width this stays within 16 bits of 1/256 digits
-constexpr int kDefaultPoints = 10;
 
 void checkRow(int row) {
   if (row < 0 || row >= kBiffRows) throw xlerror("row must be in range 0-65535");
@@ -28,28 +27,6 @@ void checkCol(int col) {
 
 void setFlag(std::uint32_t& flags, std::uint32_t flag, bool on) {
   flags = on ? flags | flag : flags & ~flag;
-}
-
-// What fitting asks of a format.
-struct CellLook {
-  platform::FontRequest font;
-  int rotation = 0;
-  int numFormat = 0;
-  std::u16string_view customText;
-};
-
-CellLook lookOf(FormatImpl& format, StyleTables& styles) {
-  CellLook look;
-  look.rotation = format.rotation();
-  look.numFormat = format.numFormat();
-  if (const char16_t* text = styles.customNumFormat(look.numFormat); text != nullptr) look.customText = text;
-  look.font.points = kDefaultPoints;
-  if (IFontT<char16_t>* font = format.font(); font != nullptr) {
-    look.font.points = font->size();
-    look.font.bold = font->bold();
-    if (const char16_t* name = font->name(); name != nullptr) look.font.name = name;
-  }
-  return look;
 }
 
 }  // namespace
@@ -144,7 +121,7 @@ std::optional<std::uint16_t> SheetImplT::fittedWidth(int col) {
     if (!word.present() || xf >= styles.formatCount()) continue;
     auto [entry, isNew] = looks.try_emplace(xf);
     CellLook& look = entry->second;
-    if (isNew) look = lookOf(*styles.format(xf), styles);
+    if (isNew) look = lookOf(*styles.format(xf), styles.customNumFormat(styles.format(xf)->numFormat()));
     if (const Text text = textAt(word); text != nullptr) {
       fit.add(text, look.font, look.rotation);
     } else if (const auto number = numberIn(word)) {

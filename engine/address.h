@@ -2,6 +2,7 @@
 // state.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,5 +28,8 @@ std::u16string addressText(const CellAddress& address);
 // Parses letters and digits with optional "$" signs, in either case. Throws xlerror "invalid cell address" for
 // anything else, and the range messages of addressText.
 CellAddress parseAddress(std::u16string_view text);
+
+// The same for the narrow text of a file; nothing for what parseAddress refuses.
+std::optional<CellAddress> addressIn(std::string_view text);
 
 }  // namespace rubrica

@@ -85,7 +85,8 @@ enum class PictureType : int {
 enum class PicturePosition : int { moveAndSize = 0, onlyMove = 1, absolute = 2 };
 
 enum class FilterType : int { values, top10, custom, dynamic, color, icon, extension, notSet };
-enum class FilterOperator : int { equal, greaterThan, greaterThanOrEqual, lessThan, lessThanOrEqual, notEqual };
+// In the order of ST_FilterOperator, whose names these are.
+enum class FilterOperator : int { equal, lessThan, lessThanOrEqual, notEqual, greaterThanOrEqual, greaterThan };
 
 enum class ValidationType : int { none, whole, decimal, list, date, time, textLength, custom };
 enum class ValidationOperator : int {

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "biff/hyperlink_object.h"
-#include "biff/sample_text.h"
+#include "engine/sample_text.h"
 #include "engine/xlerror.h"
 
 namespace {

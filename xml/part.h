@@ -20,11 +20,17 @@ class XFile {
   // xlerror.
   virtual void save(std::string& target) = 0;
   virtual ~XFile() = default;
+  // Elements and attributes that markup compatibility took out of the part when it was read.
+  std::size_t droppedMarkup() const { return _droppedMarkup; }
 
  protected:
   XFile() = default;
   XFile(const XFile&) = default;
   XFile& operator=(const XFile&) = default;
+  void setDroppedMarkup(std::size_t count) { _droppedMarkup = count; }
+
+ private:
+  std::size_t _droppedMarkup = 0;
 };
 
 class BinaryFile : public XFile {
@@ -54,6 +60,9 @@ class XMLChartSheet : public BinaryFile {
 [[noreturn]] void throwBindingError(lmx::elmx_error code);
 // Reads a whole part that stands in a temporary file (path in UTF-8).
 std::string readTemporaryFile(const std::string& path);
+// Whether the part in that file has to be read whole because of markup compatibility. Throws as reading it does, and
+// "data is empty".
+bool hasMarkupToResolve(const std::string& path);
 
 // A part that is a bound tree of the root class Root.
 template <class Root>
@@ -76,13 +85,21 @@ void XmlFile<Root>::read(const char* data, std::size_t size) {
   const ResolvedMarkup markup(std::string_view(data, size), Root::kRoot);
   Root& root = *this;
   root = Root();
+  setDroppedMarkup(markup.dropped());
   if (const auto code = root.unmarshal(markup.text().data(), markup.text().size())) throwBindingError(code);
 }
 
 template <class Root>
 void XmlFile<Root>::readFile(const std::string& path) {
-  const std::string text = readTemporaryFile(path);
-  read(text.data(), text.size());
+  if (hasMarkupToResolve(path)) {
+    const std::string text = readTemporaryFile(path);
+    read(text.data(), text.size());
+    return;
+  }
+  Root& root = *this;
+  root = Root();
+  setDroppedMarkup(0);
+  if (const auto code = root.unmarshal(path.c_str())) throwBindingError(code);
 }
 
 template <class Root>

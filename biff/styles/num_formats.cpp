@@ -8,28 +8,10 @@ namespace rubrica {
 namespace {
 
 constexpr char kName[] = "Format";
-constexpr std::u16string_view kDateLetters = u"mdyhsMDYHS";
 // The text has to fit into one record: its id, the count and the flags of the text stand in front.
 constexpr std::size_t kMaxLength = (kMaxRecordSize - 5) / 2;
 
 }  // namespace
-
-bool isDateFormatText(const char16_t* text) {
-  bool quoted = false;
-  bool bracketed = false;
-  for (; text != nullptr && *text != u'\0'; ++text) {
-    if (*text == u'"' && !bracketed) {
-      quoted = !quoted;
-    } else if (!quoted && *text == u'[') {
-      bracketed = true;
-    } else if (!quoted && *text == u']') {
-      bracketed = false;
-    } else if (!quoted && !bracketed && kDateLetters.find(*text) != kDateLetters.npos) {
-      return true;
-    }
-  }
-  return false;
-}
 
 NumFormats::Added NumFormats::add(std::u16string_view text, RecordPool& pool) {
   if (const auto known = _byText.find(text); known != _byText.end()) return {_entries[known->second].id, false};

@@ -1,5 +1,5 @@
-// The custom number formats of an .xls book (Format records) and the test that tells date formats from others. Owned by
-// StyleTables. Nothing is ever removed; texts and ids are found in constant time.
+// The custom number formats of an .xls book (Format records), found by text and by id in constant time. Owned by
+// StyleTables. Nothing is ever removed.
 #pragma once
 
 #include <cstddef>
@@ -14,9 +14,6 @@
 #include "engine/enums.h"
 
 namespace rubrica {
-
-// Whether the text shows a date or a time: it has a letter of m d y h s outside brackets and quotes.
-bool isDateFormatText(const char16_t* text);
 
 class NumFormats {
  public:

@@ -1,5 +1,6 @@
 #include "biff/styles/style_tables.h"
 
+#include "engine/date_format.h"
 #include "engine/xlerror.h"
 
 namespace rubrica {
@@ -43,14 +44,6 @@ std::optional<std::uint16_t> positionIn(const Positions& positions, Pointer poin
   const auto found = positions.find(pointer);
   if (found == positions.end() || found->second > UINT16_MAX) return std::nullopt;
   return static_cast<std::uint16_t>(found->second);
-}
-
-// Number formats that are dates by their id; the custom ones, and 23 to 36, go by their text.
-enum class DateRule { date, noDate, byText };
-DateRule dateRule(int id) {
-  if ((id >= 14 && id <= 22) || (id >= 45 && id <= 47)) return DateRule::date;
-  if ((id >= 0 && id <= 13) || (id >= 37 && id <= 44) || id == 48 || id == 49) return DateRule::noDate;
-  return DateRule::byText;
 }
 
 }  // namespace
@@ -164,7 +157,7 @@ const char16_t* StyleTables::customNumFormat(int id) {
 }
 
 bool StyleTables::isDateNumFormat(int id) {
-  const DateRule rule = dateRule(id);
+  const DateRule rule = dateRuleOf(id);
   return rule == DateRule::byText ? isDateFormatText(customNumFormat(id)) : rule == DateRule::date;
 }
 

@@ -63,5 +63,19 @@ TEST(Addresses, OtherTextFails) {
   }
 }
 
+TEST(Addresses, NarrowTextOfAFileGivesThePlaceOrNothing) {
+  const auto address = addressIn("$xfd1048576");
+  ASSERT_TRUE(address);
+  EXPECT_EQ(address->row, kMaxRow);
+  EXPECT_EQ(address->col, kMaxCol);
+  EXPECT_FALSE(address->colRelative);
+  EXPECT_TRUE(address->rowRelative);
+  for (const char* text : {"", "A", "7", "A0", "XFE1", "A1048577", "A1:B2", "A1 ",
+                           "\xC3\x84"
+                           "1"}) {
+    EXPECT_FALSE(addressIn(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace rubrica

@@ -317,7 +317,7 @@ Bytes movedDrawing(const Bytes& bytes, const LineMove& move) {
 }
 
 TEST(MovedDrawings, GoWithTheirCells) {
-  const LineMove inserted(LineMove::Axis::rows, LineMove::Kind::insert, 5, 6);
+  const LineMove inserted(kXlsGrid, LineMove::Axis::rows, LineMove::Kind::insert, 5, 6);
   EXPECT_EQ(movedDrawing(drawing(0, 1, 10, 5, 20, 3, 30, 8, 40), inserted), drawing(0, 1, 10, 7, 20, 3, 30, 10, 40));
   EXPECT_EQ(movedDrawing(drawing(0, 1, 10, 3, 20, 3, 30, 8, 40), inserted), drawing(0, 1, 10, 3, 20, 3, 30, 10, 40))
       << "one that sizes with its cells grows";
@@ -325,18 +325,18 @@ TEST(MovedDrawings, GoWithTheirCells) {
       << "one that only moves keeps its extent";
   EXPECT_EQ(movedDrawing(drawing(3, 1, 10, 6, 20, 3, 30, 8, 40), inserted), drawing(3, 1, 10, 6, 20, 3, 30, 8, 40))
       << "one that is fixed to the page stays";
-  const LineMove columns(LineMove::Axis::columns, LineMove::Kind::insert, 0, 9);
+  const LineMove columns(kXlsGrid, LineMove::Axis::columns, LineMove::Kind::insert, 0, 9);
   EXPECT_EQ(movedDrawing(drawing(0, 1, 10, 5, 20, 250, 30, 8, 40), columns), drawing(0, 11, 10, 5, 20, 255, 30, 8, 40));
 }
 
 TEST(MovedDrawings, OnRemovedCellsGoToTheNext) {
-  const LineMove removed(LineMove::Axis::rows, LineMove::Kind::remove, 5, 6);
+  const LineMove removed(kXlsGrid, LineMove::Axis::rows, LineMove::Kind::remove, 5, 6);
   EXPECT_EQ(movedDrawing(drawing(0, 1, 10, 6, 20, 3, 30, 9, 40), removed), drawing(0, 1, 10, 5, 0, 3, 30, 7, 40));
   EXPECT_EQ(movedDrawing(drawing(2, 1, 10, 6, 20, 3, 30, 9, 40), removed), drawing(2, 1, 10, 5, 0, 3, 30, 8, 40));
 }
 
 TEST(MovedDrawings, BrokenRecordsAreLeftAlone) {
-  const LineMove move(LineMove::Axis::rows, LineMove::Kind::insert, 0, 0);
+  const LineMove move(kXlsGrid, LineMove::Axis::rows, LineMove::Kind::insert, 0, 0);
   for (const Bytes& bytes :
        {Bytes(), Bytes(BytesBuilder().u16(0).u16(0xF010)), Bytes(BytesBuilder().u16(0).u16(0xF010).u32(0xFFFFFFFF)),
         Bytes(BytesBuilder().u16(0).u16(0xF010).u32(18).fill(17, 1)),

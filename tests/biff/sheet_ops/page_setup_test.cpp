@@ -185,13 +185,6 @@ TEST(Views, TheTopLeftCellIsWithinTheSheet) {
   book.sheet->getTopLeftView(nullptr, nullptr);
 }
 
-TEST(Passwords, AreKeptAsTheirVerifier) {
-  EXPECT_EQ(passwordVerifier(u""), 0xCE4B);
-  EXPECT_EQ(passwordVerifier(u"a"), 0xCE88);
-  // The published example: the verifier of "abcdefghij" is 0xFEF1.
-  EXPECT_EQ(passwordVerifier(u"abcdefghij"), 0xFEF1);
-}
-
 TEST(Protection, WithoutAPasswordWritesNone) {
   TestBook book;
   EXPECT_FALSE(book.sheet->protect());

@@ -9,23 +9,9 @@
 
 #include "biff/book_impl.h"
 #include "tests/biff/record_stream.h"
+#include "tests/engine/fake_metrics.h"
 
 namespace rubrica::test {
-
-// Every character is as wide as a digit, two pixels more in bold; a line is 20 pixels high.
-class FakeMetrics final : public platform::TextMetrics {
- public:
-  explicit FakeMetrics(int digit = 7) : _digit(digit) {}
-  int digitWidth(const platform::FontRequest&) override { return _digit; }
-  platform::TextExtent measure(const platform::FontRequest& font, std::u16string_view text) override {
-    lastFont = font;
-    return {static_cast<int>(text.size()) * (_digit + (font.bold ? 2 : 0)), 20};
-  }
-  platform::FontRequest lastFont;
-
- private:
-  int _digit;
-};
 
 // A file made of records as they stand.
 inline std::vector<std::byte> fileOf(const std::vector<Record>& records) {

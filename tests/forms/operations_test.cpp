@@ -1,0 +1,75 @@
+// Every operation of a sheet in both file forms: what is set is read back, before and after a save and a load, and
+// where the forms differ, docs/forms.md says so.
+#include "tests/forms/operations.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace rubrica::test {
+namespace {
+
+constexpr char kTable[] = RUBRICA_SOURCE_DIR "/docs/forms.md";
+
+std::string contentOf(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::stringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+class SheetOperations : public testing::TestWithParam<Form> {};
+
+TEST_P(SheetOperations, GiveBackWhatWasSetBeforeAndAfterASaveAndALoad) {
+  for (const Operation& operation : sheetOperations()) {
+    const Outcome outcome = outcomeOf(operation, GetParam());
+    const std::string& wanted = GetParam().isXlsx ? operation.xlsx : operation.xls;
+    EXPECT_EQ(outcome.before, wanted) << operation.names << ": " << operation.about;
+    EXPECT_EQ(outcome.after, wanted) << operation.names << ": " << operation.about << ", after a save and a load";
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, SheetOperations, testing::ValuesIn(kForms), nameOfForm);
+
+TEST(SheetOperationList, LeavesNoneOfTheInterfaceOut) {
+  const std::string header = contentOf(RUBRICA_SOURCE_DIR "/engine/sheet.h");
+  const std::regex declaration(R"(\n  virtual [^~;]*?(\w+)\()");
+  std::set<std::string> walked, missing;
+  for (const Operation& operation : sheetOperations()) {
+    std::istringstream names(operation.names);
+    for (std::string name; names >> name;) walked.insert(name);
+  }
+  std::size_t declared = 0;
+  for (std::sregex_iterator at(header.begin(), header.end(), declaration), end; at != end; ++at, ++declared) {
+    if (!walked.contains((*at)[1].str())) missing.insert((*at)[1].str());
+  }
+  EXPECT_GT(declared, 120U);
+  EXPECT_TRUE(missing.empty()) << testing::PrintToString(missing);
+}
+
+// A cell of the table: a bar would end it.
+std::string cell(std::string text) {
+  for (std::size_t at = text.find('|'); at != text.npos; at = text.find('|', at + 2)) text.insert(at, "\\");
+  return text;
+}
+
+TEST(SheetOperationList, TellsWhereTheFormsDiffer) {
+  std::string table =
+      "# Where .xls and .xlsx sheets differ\n\n"
+      "Made by the test `SheetOperationList.TellsWhereTheFormsDiffer`, which does the same in a book of each form and\n"
+      "reads it back. `RUBRICA_WRITE_DOCS=1` makes it write this file anew. A text in brackets is the book's "
+      "message.\n\n"
+      "| operations | about | .xls | .xlsx |\n|---|---|---|---|\n";
+  for (const Operation& operation : sheetOperations()) {
+    const std::string xls = outcomeOf(operation, kForms[0]).after, xlsx = outcomeOf(operation, kForms[1]).after;
+    if (xls == xlsx) continue;
+    table += "| `" + operation.names + "` | " + operation.about + " | " + cell(xls) + " | " + cell(xlsx) + " |\n";
+  }
+  if (std::getenv("RUBRICA_WRITE_DOCS") != nullptr) std::ofstream(kTable, std::ios::binary) << table;
+  EXPECT_EQ(contentOf(kTable), table);
+}
+
+}  // namespace
+}  // namespace rubrica::test

@@ -1,0 +1,279 @@
+// The sheets of an OOXML book: adding, moving, removing and naming them, with all that the package says about them.
+#include <algorithm>
+#include <set>
+
+#include "engine/sheet_name.h"
+#include "platform/text.h"
+#include "xml/book_impl.h"
+#include "xml/package_links.h"
+#include "xml/package_names.h"
+#include "xml/sheet_impl.h"
+
+namespace rubrica {
+namespace {
+
+constexpr std::string_view kSheetPrefix = "/xl/worksheets/sheet";
+constexpr std::string_view kPartExtension = ".xml";
+
+bool isAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// What a target in the workbook's relationships says of a part below the book's usual directory.
+std::string_view relativeToBase(std::string_view partName) {
+  return partName.substr(part_name::kBaseDirectory.size() + 1);
+}
+
+}  // namespace
+
+template <class Tag>
+std::size_t XMLBookImplT<Tag>::entryCount() const {
+  const auto* list = this->find_sheets();
+  return list == nullptr ? 0 : list->size_sheet();
+}
+
+template <class Tag>
+int XMLBookImplT<Tag>::sheetCount() {
+  return static_cast<int>(entryCount());
+}
+
+template <class Tag>
+const typename XMLBookImplT<Tag>::SheetEntry& XMLBookImplT<Tag>::entryAt(int index) const {
+  return this->find_sheets()->get_sheet(static_cast<std::size_t>(index));
+}
+
+template <class Tag>
+std::optional<int> XMLBookImplT<Tag>::findSheet(std::u16string_view name) {
+  const std::string narrow = platform::utf8FromUtf16Lossy(name);
+  const bool isPlain = isAscii(narrow);
+  for (int i = 0; i < sheetCount(); ++i) {
+    const std::string& present = entryAt(i).get_name();
+    const bool isSame = isPlain && isAscii(present) ? samePartName(present, narrow)
+                                                    : sameNameIgnoringCase(platform::utf16FromUtf8Lossy(present), name);
+    if (isSame) return i;
+  }
+  return std::nullopt;
+}
+
+template <class Tag>
+int XMLBookImplT<Tag>::positionOf(const Sheet& sheet) const {
+  const auto found = std::find(_sheets.begin(), _sheets.end(), &sheet);
+  return found == _sheets.end() ? -1 : static_cast<int>(found - _sheets.begin());
+}
+
+template <class Tag>
+typename XMLBookImplT<Tag>::SheetEntry* XMLBookImplT<Tag>::entryOf(const Sheet& sheet) {
+  const int position = positionOf(sheet);
+  return position < 0 ? nullptr : &this->get_sheets().get_sheet(static_cast<std::size_t>(position));
+}
+
+template <class Tag>
+std::string XMLBookImplT<Tag>::partNameOf(const Sheet& sheet) const {
+  const int position = positionOf(sheet);
+  if (position < 0 || _workbookRelationships == nullptr) return {};
+  return resolve(_workbookRelationships->findById(entryAt(position).get_r_id()));
+}
+
+template <class Tag>
+std::u16string XMLBookImplT<Tag>::usableSheetName(Text name, const Sheet* except) {
+  if (name == nullptr) throw xlerror("sheet name can't be 0");
+  const std::u16string_view given = name;
+  const std::u16string usable(cutSheetName(given));
+  if (usable.size() < given.size()) _last.setMessage(kSheetNameIsCut);
+  const auto taken = findSheet(usable);
+  if (taken && (except == nullptr || *taken != positionOf(*except))) {
+    throw xlerror("book already contains such sheet name");
+  }
+  checkSheetName(usable);
+  return usable;
+}
+
+template <class Tag>
+ISheetT<char16_t>* XMLBookImplT<Tag>::addSheet(Text name, ISheetT<char16_t>* initSheet) {
+  return guarded(_last, static_cast<ISheetT<char16_t>*>(nullptr),
+                 [&] { return insertSheetAt(sheetCount(), name, initSheet); });
+}
+
+template <class Tag>
+ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheet(int index, Text name, ISheetT<char16_t>* initSheet) {
+  return guarded(_last, static_cast<ISheetT<char16_t>*>(nullptr),
+                 [&] { return insertSheetAt(index, name, initSheet); });
+}
+
+template <class Tag>
+ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheetT<char16_t>* initSheet) {
+  if (name == nullptr) throw xlerror("sheet name can't be 0");
+  if (index < 0 || index > sheetCount()) throw xlerror("index is out of range");
+  // A book of which only the information was loaded lists sheets that it doesn't have.
+  if (_sheets.size() != entryCount()) throw xlerror("integrity error: the sheets of the book are not loaded");
+  const std::u16string usable = usableSheetName(name, nullptr);
+  auto* source = dynamic_cast<Sheet*>(initSheet);
+  if (initSheet != nullptr && source == nullptr) throw xlerror("not supported");
+  const std::string path = makeSheetPath();
+  ContentTypes& types = needContentTypes();
+  Relationships& links = needWorkbookRelationships();
+  auto made = source == nullptr ? std::make_unique<Sheet>(*this) : std::make_unique<Sheet>(*this, *source);
+
+  std::uint32_t sheetId = 0;
+  for (std::size_t i = 0; i < entryCount(); ++i) {
+    sheetId = std::max(sheetId, entryAt(static_cast<int>(i)).get_sheetId());
+  }
+  Sheet& sheet = _parts.add(path, std::move(made));
+  types.addOverride(path, content_type::kWorksheet);
+  auto& entry = this->get_sheets().insert_sheet(static_cast<std::size_t>(index));
+  entry.set_name(platform::utf8FromUtf16Lossy(usable));
+  entry.set_sheetId(sheetId + 1);
+  entry.set_r_id(links.add(relativeToBase(path), relationship_type::kWorksheet));
+  _sheets.insert(_sheets.begin() + index, &sheet);
+  const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
+  renumberNames(shifted);
+  renumberViews(shifted);
+  if (source != nullptr) copySheetParts(*source, path);
+  return &sheet;
+}
+
+// The first number past the sheets of the book that neither a relationship nor a part has taken.
+template <class Tag>
+std::string XMLBookImplT<Tag>::makeSheetPath() {
+  if (_workbookRelationships == nullptr) {
+    throw xlerror("makeSheetPath error: workbook relationships are not found");
+  }
+  for (std::size_t number = entryCount() + 1;; ++number) {
+    std::string path(kSheetPrefix);
+    path.append(std::to_string(number)).append(kPartExtension);
+    const bool isTaken = _parts.contains(path) || !_workbookRelationships->findByTarget(relativeToBase(path)).empty() ||
+                         !_workbookRelationships->findByTarget(path).empty();
+    if (!isTaken) return path;
+  }
+}
+
+template <class Tag>
+ISheetT<char16_t>* XMLBookImplT<Tag>::getSheet(int index) {
+  return guarded(_last, static_cast<ISheetT<char16_t>*>(nullptr), [&]() -> ISheetT<char16_t>* {
+    if (index < 0 || static_cast<std::size_t>(index) >= _sheets.size()) throw xlerror("sheet index is out of range");
+    Sheet* sheet = _sheets[static_cast<std::size_t>(index)];
+    if (sheet == nullptr) throw xlerror("sheet not found");
+    return sheet;
+  });
+}
+
+template <class Tag>
+const char16_t* XMLBookImplT<Tag>::getSheetName(int index) {
+  return guarded(_last, Text{}, [&]() -> Text {
+    if (index < 0 || index >= sheetCount()) throw xlerror("index is out of range");
+    _sheetName = platform::utf16FromUtf8Lossy(entryAt(index).get_name());
+    return _sheetName.c_str();
+  });
+}
+
+template <class Tag>
+SheetType XMLBookImplT<Tag>::sheetType(int index) {
+  return guarded(_last, SheetType::unknown, [&] {
+    if (index < 0 || index >= sheetCount()) throw xlerror("index is out of range");
+    const XFile* part = _parts.find(resolve(needWorkbookRelationships().findById(entryAt(index).get_r_id())));
+    if (part == nullptr) throw xlerror("sheet not found");
+    if (dynamic_cast<const Sheet*>(part) != nullptr) return SheetType::sheet;
+    return dynamic_cast<const XMLChartSheet*>(part) != nullptr ? SheetType::chart : SheetType::unknown;
+  });
+}
+
+template <class Tag>
+bool XMLBookImplT<Tag>::moveSheet(int srcIndex, int dstIndex) {
+  return guarded(_last, false, [&] {
+    const auto count = static_cast<int>(_sheets.size());
+    if (srcIndex < 0 || srcIndex >= count) throw xlerror("srcIndex is out of range");
+    if (dstIndex < 0 || dstIndex > count) throw xlerror("dstIndex is out of range");
+    if (srcIndex == dstIndex) throw xlerror("there is no sense: srcIndex is equal to dstIndex");
+    if (dstIndex == srcIndex + 1) throw xlerror("there is no sense: srcIndex is equal to dstIndex - 1");
+    const int target = srcIndex < dstIndex ? dstIndex - 1 : dstIndex;
+    auto& list = this->get_sheets();
+    const SheetEntry entry = list.get_sheet(static_cast<std::size_t>(srcIndex));
+    list.erase_sheet(static_cast<std::size_t>(srcIndex));
+    list.insert_sheet(static_cast<std::size_t>(target)) = entry;
+    Sheet* sheet = _sheets[static_cast<std::size_t>(srcIndex)];
+    _sheets.erase(_sheets.begin() + srcIndex);
+    _sheets.insert(_sheets.begin() + target, sheet);
+    const auto moved = [=](int position) {
+      if (position == srcIndex) return target;
+      if (srcIndex < position && position <= target) return position - 1;
+      if (target <= position && position < srcIndex) return position + 1;
+      return position;
+    };
+    renumberNames(moved);
+    renumberViews(moved);
+    return true;
+  });
+}
+
+template <class Tag>
+bool XMLBookImplT<Tag>::delSheet(int index) {
+  return guarded(_last, false, [&] {
+    if (index < 0 || index >= sheetCount()) throw xlerror("index is out of range");
+    if (sheetCount() == 1) throw xlerror("can't remove the last sheet in workbook");
+    needContentTypes();
+    Relationships& links = needWorkbookRelationships();
+    const std::string id = entryAt(index).get_r_id();
+    const std::string target = links.findById(id);
+    this->get_sheets().erase_sheet(static_cast<std::size_t>(index));
+    if (static_cast<std::size_t>(index) < _sheets.size()) _sheets.erase(_sheets.begin() + index);
+    // A damaged file may list one part as two sheets: it stays for the other.
+    const auto isUsed = [&] {
+      for (int i = 0; i < sheetCount(); ++i) {
+        const std::string other = entryAt(i).get_r_id();
+        if (other == id || samePartName(resolve(links.findById(other)), resolve(target))) return true;
+      }
+      return false;
+    };
+    if (!target.empty() && !isUsed()) {
+      dropParts({resolve(target)});
+      links.removeById(id);
+    }
+    const auto without = [index](int position) {
+      if (position == index) return kGone;
+      return position > index ? position - 1 : position;
+    };
+    renumberNames(without);
+    renumberViews(without);
+    return true;
+  });
+}
+
+// Takes parts out of the package, and with them what only they use. Pictures stay: their ids are positions in the
+// book's list.
+template <class Tag>
+void XMLBookImplT<Tag>::dropParts(const std::vector<std::string>& partNames) {
+  std::set<std::string, PartNameLess> gone(partNames.begin(), partNames.end());
+  std::set<std::string, PartNameLess> pictures;
+  for (const BookPicture& picture : _pictures) pictures.insert(picture.partName);
+  for (std::string& name : partsOnlyUsedBy(_parts, partNames)) {
+    const bool isOurs = _parts.find(name) == static_cast<XFile*>(this);
+    if (!isOurs && pictures.count(name) == 0) gone.insert(std::move(name));
+  }
+  for (const std::string& name : gone) _parts.remove(name);
+  needContentTypes().removeOverrides(gone);
+}
+
+// After the load of one sheet: what the workbook has of the others.
+template <class Tag>
+void XMLBookImplT<Tag>::dropUnwantedSheets(std::string_view wanted) {
+  std::set<std::string> unwanted;  // targets as they are written
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < _workbookRelationships->size_Relationship(); ++i) {
+    const std::string& target = _workbookRelationships->get_Relationship(i).get_Target();
+    std::string name = resolve(target);
+    const std::string type = _contentTypes->contentType(name);
+    const bool isSheet = type == content_type::kWorksheet || type == content_type::kChartsheet ||
+                         _parts.template findAs<Sheet>(name) != nullptr;
+    if (!isSheet || samePartName(name, wanted)) continue;
+    unwanted.insert(target);
+    names.push_back(std::move(name));
+  }
+  if (names.empty()) return;
+  dropParts(names);
+  _workbookRelationships->removeIf([&](const auto& item) { return unwanted.count(item.get_Target()) != 0; });
+}
+
+template class XMLBookImplT<excelNormal_tag>;
+template class XMLBookImplT<excelStrict_tag>;
+
+}  // namespace rubrica

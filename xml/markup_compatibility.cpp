@@ -1,0 +1,26 @@
+#include "xml/markup_compatibility.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "xml/markup_resolver.h"
+
+namespace rubrica {
+namespace {
+
+bool mentionsMarkupCompatibility(std::string_view text) {
+  static const std::boyer_moore_horspool_searcher searcher(kMarkupSign.begin(), kMarkupSign.end());
+  return std::search(text.begin(), text.end(), searcher) != text.end();
+}
+
+}  // namespace
+
+ResolvedMarkup::ResolvedMarkup(std::string_view text, const lmx::root_descriptor& root) : _given(text) {
+  if (!mentionsMarkupCompatibility(text)) return;
+  MarkupResolver resolver(text, root);
+  if (!resolver.isNeeded()) return;
+  _isChanged = resolver.resolve(_resolved);
+  if (_isChanged) _dropped = resolver.dropped();
+}
+
+}  // namespace rubrica
