@@ -28,16 +28,37 @@ const ZipEntry* findEntry(const ZipReader& package, std::string_view name) {
   return found;
 }
 
+std::string firstTarget(Relationships& links, std::string_view type, std::string_view otherType) {
+  std::string target = links.findByType(type);
+  return target.empty() ? links.findByType(otherType) : target;
+}
+
+// Some programs give all XML the main part's type by its extension and then except what they know. Where that leaves
+// more than one part, the package's own relationships say which is meant; the others are carried.
+const ZipEntry* findMainEntry(ZipReader& package, const ContentTypes& types) {
+  std::vector<const ZipEntry*> candidates;
+  for (const ZipEntry& entry : package.entries()) {
+    const bool isContentTypes = samePartName(entry.name, part_name::kContentTypes);
+    if (!isContentTypes && isMainType(types.contentType(entry.name))) candidates.push_back(&entry);
+  }
+  if (candidates.empty()) return nullptr;
+  const ZipEntry* links = findEntry(package, part_name::kPackageRelationships);
+  if (candidates.size() == 1 || links == nullptr) return candidates.back();
+  const ByteBlock text = package.read(*links);
+  Relationships relationships(text.bytes.get(), text.size);
+  const std::string named =
+      firstTarget(relationships, relationship_type::kOfficeDocument, relationship_type::kStrictOfficeDocument);
+  const auto found = std::find_if(candidates.rbegin(), candidates.rend(), [&](const ZipEntry* entry) {
+    return samePartName(entry->name, targetKey({}, named));
+  });
+  return found == candidates.rend() ? candidates.back() : *found;
+}
+
 // Out of memory or through the temporary file, as the caller asked.
 PartBytes bytesOf(ZipReader& package, const ZipEntry& entry, const std::string& tempFile) {
   if (tempFile.empty()) return {package.read(entry), {}};
   package.extract(entry, tempFile);
   return {{}, tempFile};
-}
-
-std::string firstTarget(Relationships& links, std::string_view type, std::string_view otherType) {
-  std::string target = links.findByType(type);
-  return target.empty() ? links.findByType(otherType) : target;
 }
 
 }  // namespace
@@ -134,10 +155,7 @@ void XMLBookImplT<Tag>::loadPackage(ZipReader& package, const LoadOptions& optio
   if (types == nullptr) throw xlerror("load error: workbook content types are not found");
   _contentTypes = &_parts.add(types->name, bytesOf(package, *types, options.tempFile).template make<ContentTypes>());
 
-  const ZipEntry* main = nullptr;
-  for (const ZipEntry& entry : package.entries()) {
-    if (isMainType(_contentTypes->contentType(entry.name))) main = &entry;
-  }
+  const ZipEntry* main = findMainEntry(package, *_contentTypes);
   if (main == nullptr) throw xlerror("workbook main xml file is not found");
   loadMainPart(bytesOf(package, *main, options.tempFile), main->name);
 
@@ -153,7 +171,7 @@ void XMLBookImplT<Tag>::loadPackage(ZipReader& package, const LoadOptions& optio
   for (const ZipEntry& entry : package.entries()) {
     if (&entry == main || &entry == links || samePartName(entry.name, part_name::kContentTypes)) continue;
     const std::string type = _contentTypes->contentType(entry.name);
-    if (type.empty() || isMainType(type)) continue;
+    if (type.empty()) continue;
     if (samePartName(entry.name, links->name)) continue;  // an earlier one of the same name
     if (options.infoOnly && type != content_type::kRelationships) continue;
     if (options.sheetIndex >= 0 && type == content_type::kWorksheet && !samePartName(entry.name, wanted)) continue;

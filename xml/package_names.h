@@ -34,6 +34,8 @@ inline constexpr std::string_view kXml = "application/xml";
 namespace relationship_type {
 inline constexpr std::string_view kOfficeDocument =
     "http://schemas.openxmlformats.org/officeDocument/2006/relationships/officeDocument";
+inline constexpr std::string_view kStrictOfficeDocument =
+    "http://purl.oclc.org/ooxml/officeDocument/relationships/officeDocument";
 inline constexpr std::string_view kWorksheet =
     "http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet";
 inline constexpr std::string_view kSharedStrings =

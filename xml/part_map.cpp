@@ -24,8 +24,9 @@ bool samePartName(std::string_view a, std::string_view b) {
 std::string normalisedPartName(std::string_view entryName) {
   std::string name(entryName);
   std::replace(name.begin(), name.end(), '\\', '/');
-  if (name.empty() || name.front() != '/') name.insert(name.begin(), '/');
-  return name;
+  // An archive that names its entries absolutely, or worse, has no say in where they stand.
+  const std::size_t start = std::min(name.find_first_not_of('/'), name.size());
+  return name.replace(0, start, "/");
 }
 
 std::string partDirectory(std::string_view partName) {

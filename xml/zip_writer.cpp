@@ -41,6 +41,7 @@ struct ZipWriter::State {
   Deflater deflater;
   std::vector<std::unique_ptr<Entry>> entries;
   zip_t* archive = nullptr;
+  zip_uint64_t end = 0;  // of what has been written, as far as a seek has to know
   zip_error_t error;
   std::exception_ptr failure;  // of a part, on its way through the container's C code
 
@@ -192,7 +193,8 @@ zip_int64_t ZipWriter::State::archiveCommand(void* self, void* data, zip_uint64_
     }
     case ZIP_SOURCE_SEEK_WRITE: {
       const auto at = static_cast<zip_uint64_t>(std::max<std::int64_t>(state.output.tell(), 0));
-      const zip_int64_t target = zip_source_seek_compute_offset(at, at, data, size, &state.error);
+      state.end = std::max(state.end, at);
+      const zip_int64_t target = zip_source_seek_compute_offset(at, state.end, data, size, &state.error);
       if (target < 0) return -1;
       return state.output.seek(static_cast<std::uint64_t>(target)) ? 0 : failed(ZIP_ER_SEEK);
     }
