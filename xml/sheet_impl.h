@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -239,10 +240,10 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
 
   // Throws xlerror "col must be in range 0-16383", "row must be in range 0-1048575".
   static void checkCell(int row, int col);
-  void readWindow(const char* data, std::size_t size, int firstRow, int lastRow);
+  void readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
   // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
   void settleRows();
-  static bool settleCells(Row& row);
+  static void settleCells(Row& row);
   static void sortRows(SheetData& data);
   void adoptColumnFormats();
   void adoptSharedFormulas();
@@ -258,20 +259,21 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   Cell& needCell(int row, int col, FormatPtr format);
   // The same with nothing in it but the format. A shared formula that it was the master of goes on in another cell.
   Cell& emptyCell(int row, int col, FormatPtr format);
-  static void clearContent(Cell& cell);
   // The position of the first row or cell at or after the one that is looked for.
-  std::size_t rowPosition(SheetData& data, int row);
+  std::size_t rowPosition(const SheetData& data, int row) const;
   static std::size_t cellPosition(const Row& row, int col);
 
   // ---- Values (sheet_cells.cpp, sheet_writers.cpp)
   FormatPtr formatOf(const Cell* cell, int col);
   void giveFormat(const Cell& cell, int col, FormatPtr* format);
   std::uint32_t indexOfFormat(FormatPtr format);
-  bool isBlank(const Cell& cell) const;
+  static bool hasContent(const Cell& cell);
+  static CellType typeOf(const Cell* cell);
+  // The position of a cell's text in the shared strings.
+  static std::optional<std::size_t> sharedIndexOf(const Cell& cell);
   double numberOf(const Cell& cell);
   // Into _text; false for a cell that holds no text.
   bool readText(const Cell& cell);
-  void storeText(Cell& cell, std::u16string_view text);
 
   // ---- Formulas (sheet_formulas.cpp)
 

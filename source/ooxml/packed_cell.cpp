@@ -159,6 +159,12 @@ void packed_cell::unset_v() {
   _form = kNoValue;
 }
 
+void packed_cell::unset_content() {
+  unset_t();
+  _form = kNoValue;
+  _extra.reset();
+}
+
 void packed_cell::set_cm(std::uint32_t index) {
   need_extra().cm = index;
   need_extra().has_cm = true;

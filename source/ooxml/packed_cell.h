@@ -63,6 +63,9 @@ class packed_cell : public lmx::object {
   void unset_v();
   bool isset_v() const { return _form != kNoValue; }
 
+  // Leaves the reference and the style, and nothing else.
+  void unset_content();
+
   std::uint32_t get_cm() const { return _extra ? _extra->cm : 0; }
   void set_cm(std::uint32_t index);
   void unset_cm();

@@ -1,0 +1,37 @@
+// What a worksheet brings up to date before it is written.
+#include "engine/address.h"
+#include "source/ooxml/cell_address.h"
+#include "xml/book_impl.h"
+#include "xml/sheet_impl.h"
+
+namespace rubrica {
+namespace {
+
+constexpr double kDefaultRowHeight = 15.0;  // points
+
+std::string rangeText(const UsedRange& used) {
+  std::string text;
+  ooxml::appendCellAddress(text, static_cast<std::uint32_t>(used.firstRow), static_cast<std::uint16_t>(used.firstCol));
+  if (used.empty() || (used.lastRow - used.firstRow == 1 && used.lastCol - used.firstCol == 1)) return text;
+  text.push_back(':');
+  ooxml::appendCellAddress(text, static_cast<std::uint32_t>(used.lastRow - 1),
+                           static_cast<std::uint16_t>(used.lastCol - 1));
+  return text;
+}
+
+}  // namespace
+
+template <class Tag>
+void XMLSheetImplT<Tag>::save(std::string& target) {
+  auto& data = this->get_sheetData();
+  // Spans of a file may no longer be true.
+  for (std::size_t i = 0; i < data.size_row(); ++i) data.get_row(i).unset_spans();
+  if (!this->isset_sheetFormatPr()) this->get_sheetFormatPr().set_defaultRowHeight(kDefaultRowHeight);
+  this->get_dimension().set_ref(rangeText(_used));
+  Base::save(target);
+}
+
+template class XMLSheetImplT<excelNormal_tag>;
+template class XMLSheetImplT<excelStrict_tag>;
+
+}  // namespace rubrica
