@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "biff/book_impl.h"
+#include "engine/sheet_name.h"
 #include "formula/ptg.h"
 #include "formula/sheet_text.h"
 #include "platform/text.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "biff/name_table.h"
+#include "engine/sheet_name.h"
 
 namespace rubrica {
 namespace {

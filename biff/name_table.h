@@ -12,7 +12,7 @@
 
 #include "biff/book_state.h"
 #include "biff/expression_walk.h"
-#include "biff/folded_index.h"
+#include "engine/folded_index.h"
 #include "biff/unicode_string.h"
 #include "engine/sheet_name.h"
 

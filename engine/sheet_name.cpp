@@ -9,15 +9,6 @@ namespace {
 
 constexpr std::u16string_view kForbiddenInNames = u":\\*?/[]";
 
-// The capital of a letter; the Greek and Cyrillic rows too, which sheet names of real books hold.
-char16_t capital(char16_t c) {
-  const bool latin = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
-  if (latin || (c >= 0x3B1 && c <= 0x3C9 && c != 0x3C2) || (c >= 0x430 && c <= 0x44F))
-    return static_cast<char16_t>(c - 0x20);
-  if (c >= 0x450 && c <= 0x45F) return static_cast<char16_t>(c - 0x50);
-  return c;
-}
-
 }  // namespace
 
 std::u16string_view cutSheetName(std::u16string_view name) {
@@ -34,9 +25,17 @@ void checkSheetName(std::u16string_view name) {
   }
 }
 
+char16_t nameCapital(char16_t c) {
+  const bool latin = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
+  if (latin || (c >= 0x3B1 && c <= 0x3C9 && c != 0x3C2) || (c >= 0x430 && c <= 0x44F))
+    return static_cast<char16_t>(c - 0x20);
+  if (c >= 0x450 && c <= 0x45F) return static_cast<char16_t>(c - 0x50);
+  return c;
+}
+
 bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return capital(x) == capital(y); });
+                    [](char16_t x, char16_t y) { return nameCapital(x) == nameCapital(y); });
 }
 
 }  // namespace rubrica

@@ -16,6 +16,9 @@ std::u16string_view cutSheetName(std::u16string_view name);
 // Throws xlerror "sheet name can't be empty" and "sheet name has an invalid character". The length isn't looked at.
 void checkSheetName(std::u16string_view name);
 
+// The capital of a Latin-1, Greek or Cyrillic letter, which names of real books hold; any other unit as it is.
+char16_t nameCapital(char16_t unit);
+
 // Latin, Greek and Cyrillic letters are the same in either case.
 bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b);
 

@@ -334,8 +334,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void moveNames(const LineMove& move, bool updateNamedRanges);
   void renameInNames(const std::string& from, const std::string& to);
   std::size_t checkedLink(int index) const;
-  template <class Link>
-  void forgetLink(const Link& link);
+  void forgetRelationship(const std::string& id);
 
   // ---- Filters (sheet_filters.cpp)
   FilterValue filterValue(int row, int col);

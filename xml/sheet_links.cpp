@@ -97,10 +97,8 @@ typename XMLSheetImplT<Tag>::Text XMLSheetImplT<Tag>::hyperlink(int index, int* 
 }
 
 template <class Tag>
-template <class Link>
-void XMLSheetImplT<Tag>::forgetLink(const Link& link) {
-  if (!link.isset_r_id()) return;
-  if (Relationships* links = _book->relationshipsOf(_book->partNameOf(*this))) links->removeById(link.get_r_id());
+void XMLSheetImplT<Tag>::forgetRelationship(const std::string& id) {
+  if (Relationships* links = _book->relationshipsOf(_book->partNameOf(*this))) links->removeById(id);
 }
 
 template <class Tag>
@@ -108,7 +106,7 @@ bool XMLSheetImplT<Tag>::delHyperlink(int index) {
   return guarded(_book->lastMessage(), false, [&] {
     const std::size_t at = checkedLink(index);
     auto& links = this->get_hyperlinks();
-    forgetLink(links.get_hyperlink(at));
+    if (const auto& link = links.get_hyperlink(at); link.isset_r_id()) forgetRelationship(link.get_r_id());
     links.erase_hyperlink(at);
     if (links.size_hyperlink() == 0) this->unset_hyperlinks();
     return true;

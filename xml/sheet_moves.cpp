@@ -261,7 +261,7 @@ void XMLSheetImplT<Tag>::moveHyperlinks(const LineMove& move) {
       [&](auto& link) {
         const auto moved = movedRange(link.get_ref(), move);
         if (moved) link.set_ref(*moved);
-        if (!moved) forgetLink(link);
+        if (!moved && link.isset_r_id()) forgetRelationship(link.get_r_id());
         return !moved;
       });
   if (links->size_hyperlink() == 0) this->unset_hyperlinks();

@@ -308,5 +308,21 @@ TEST(NameRecords, RangesOfForeignTokensAreNotRanges) {
   }
 }
 
+TEST(SheetNames, AreFoundAsTheyAreNowWhereTheSheetsAreNow) {
+  Book* book = createBiffBook();
+  for (const auto* name : {u"a", u"b", u"c"}) ASSERT_NE(book->addSheet(name), nullptr);
+  EXPECT_EQ(book->addSheet(u"B"), nullptr);
+  book->getSheet(1)->setName(u"d");
+  EXPECT_NE(book->addSheet(u"B"), nullptr) << book->errorMessage();
+  EXPECT_EQ(book->addSheet(u"D"), nullptr);
+  ASSERT_TRUE(book->delSheet(1));
+  EXPECT_NE(book->insertSheet(0, u"D"), nullptr);
+  ASSERT_TRUE(book->moveSheet(0, 4));
+  EXPECT_TRUE(book->getSheet(0)->writeFormula(0, 0, u"d!A1+c!A1")) << book->errorMessage();
+  const std::u16string formula = book->getSheet(0)->readFormula(0, 0);
+  EXPECT_EQ(formula, u"D!A1+'c'!A1");
+  book->release();
+}
+
 }  // namespace
 }  // namespace rubrica::test

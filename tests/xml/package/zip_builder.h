@@ -18,12 +18,12 @@ namespace rubrica::package_test {
 // One entry. What isn't stated is worked out from the content.
 struct TestEntry {
   std::string name;
-  std::string content;
+  std::string content = {};
   bool isDeflated = true;
-  std::optional<std::uint32_t> size, crc;
-  std::optional<std::uint16_t> flags, method;
+  std::optional<std::uint32_t> size = {}, crc = {};
+  std::optional<std::uint16_t> flags = {}, method = {};
   // Instead of bytes of its own the entry points at those of the entry at this position.
-  std::optional<std::size_t> sharesBytesOf;
+  std::optional<std::size_t> sharesBytesOf = {};
 };
 
 std::string zipOf(const std::vector<TestEntry>& entries);

@@ -12,9 +12,6 @@
 
 namespace rubrica {
 
-// Names of sheets and ranges compare without regard to the case of Latin-1, Greek and Cyrillic letters.
-bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b);
-
 class FoldedIndex {
  public:
   // Names entered so far: the position in the list that the next add() is for.
