@@ -13,16 +13,11 @@
 namespace rubrica {
 namespace {
 
-constexpr std::string_view kSheetPrefix = "/xl/worksheets/sheet";
+constexpr std::string_view kSheetPrefix = "worksheets/sheet";
 constexpr std::string_view kPartExtension = ".xml";
 
 bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-// What a target in the workbook's relationships says of a part below the book's usual directory.
-std::string_view relativeToBase(std::string_view partName) {
-  return partName.substr(part_name::kBaseDirectory.size() + 1);
 }
 
 }  // namespace
@@ -121,7 +116,7 @@ ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheet
   auto& entry = this->get_sheets().insert_sheet(static_cast<std::size_t>(index));
   entry.set_name(platform::utf8FromUtf16Lossy(usable));
   entry.set_sheetId(sheetId);
-  entry.set_r_id(links.add(relativeToBase(path), relationship_type::kWorksheet));
+  entry.set_r_id(links.add(path.substr(_baseDir.size() + 1), relationship_type::kWorksheet));
   _sheets.insert(_sheets.begin() + index, &sheet);
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
   renumberNames(shifted);
@@ -149,9 +144,9 @@ std::string XMLBookImplT<Tag>::makeSheetPath() {
     throw xlerror("makeSheetPath error: workbook relationships are not found");
   }
   for (std::size_t number = entryCount() + 1;; ++number) {
-    std::string path(kSheetPrefix);
-    path.append(std::to_string(number)).append(kPartExtension);
-    const bool isTaken = _parts.contains(path) || !_workbookRelationships->findByTarget(relativeToBase(path)).empty() ||
+    const std::string target = std::string(kSheetPrefix) + std::to_string(number) + std::string(kPartExtension);
+    std::string path = resolve(target);
+    const bool isTaken = _parts.contains(path) || !_workbookRelationships->findByTarget(target).empty() ||
                          !_workbookRelationships->findByTarget(path).empty();
     if (!isTaken) return path;
   }
@@ -236,7 +231,7 @@ bool XMLBookImplT<Tag>::delSheet(int index) {
     };
     if (!target.empty() && !isUsed()) {
       dropParts({resolve(target)});
-      links.removeById(id);
+      if (!_parts.contains(resolve(target))) links.removeById(id);
     }
     const auto without = [index](int position) {
       if (position == index) return kGone;
@@ -249,16 +244,22 @@ bool XMLBookImplT<Tag>::delSheet(int index) {
 }
 
 // Takes parts out of the package, and with them what only they use. Pictures stay: their ids are positions in the
-// book's list.
+// book's list. So does what the book itself holds, whatever a damaged file says that it is.
 template <class Tag>
 void XMLBookImplT<Tag>::dropParts(const std::vector<std::string>& partNames) {
-  std::set<std::string, PartNameLess> gone(partNames.begin(), partNames.end());
   std::set<std::string, PartNameLess> pictures;
   for (const BookPicture& picture : _pictures) pictures.insert(picture.partName);
-  for (std::string& name : partsOnlyUsedBy(_parts, partNames)) {
-    const bool isOurs = _parts.find(name) == static_cast<XFile*>(this);
-    if (!isOurs && pictures.count(name) == 0) gone.insert(std::move(name));
-  }
+  const std::set<const XFile*> held = [&] {
+    std::set<const XFile*> all(_sheets.begin(), _sheets.end());
+    all.insert({this, _contentTypes, _workbookRelationships, _sharedStrings, _styles});
+    return all;
+  }();
+  std::set<std::string, PartNameLess> gone;
+  const auto takeOut = [&](const std::string& name) {
+    if (held.count(_parts.find(name)) == 0 && pictures.count(name) == 0) gone.insert(name);
+  };
+  for (const std::string& name : partsOnlyUsedBy(_parts, partNames)) takeOut(name);
+  for (const std::string& name : partNames) takeOut(name);
   for (const std::string& name : gone) _parts.remove(name);
   needContentTypes().removeOverrides(gone);
 }
