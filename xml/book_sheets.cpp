@@ -1,5 +1,6 @@
 // The sheets of an OOXML book: adding, moving, removing and naming them, with all that the package says about them.
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -249,17 +250,18 @@ template <class Tag>
 void XMLBookImplT<Tag>::dropParts(const std::vector<std::string>& partNames) {
   std::set<std::string, PartNameLess> pictures;
   for (const BookPicture& picture : _pictures) pictures.insert(picture.partName);
-  const std::set<const XFile*> held = [&] {
-    std::set<const XFile*> all(_sheets.begin(), _sheets.end());
-    all.insert({this, _contentTypes, _workbookRelationships, _sharedStrings, _styles});
-    return all;
-  }();
-  std::set<std::string, PartNameLess> gone;
-  const auto takeOut = [&](const std::string& name) {
-    if (held.count(_parts.find(name)) == 0 && pictures.count(name) == 0) gone.insert(name);
+  std::set<const XFile*> held(_sheets.begin(), _sheets.end());
+  held.insert({this, _contentTypes, _workbookRelationships, _sharedStrings, _styles});
+  held.erase(nullptr);
+  const auto mayGo = [&](const std::string& name) {
+    return held.count(_parts.find(name)) == 0 && pictures.count(name) == 0;
   };
-  for (const std::string& name : partsOnlyUsedBy(_parts, partNames)) takeOut(name);
-  for (const std::string& name : partNames) takeOut(name);
+  std::vector<std::string> unwanted;
+  std::copy_if(partNames.begin(), partNames.end(), std::back_inserter(unwanted), mayGo);
+  std::set<std::string, PartNameLess> gone(unwanted.begin(), unwanted.end());
+  for (std::string& name : partsOnlyUsedBy(_parts, unwanted)) {
+    if (mayGo(name)) gone.insert(std::move(name));
+  }
   for (const std::string& name : gone) _parts.remove(name);
   needContentTypes().removeOverrides(gone);
 }
