@@ -9,7 +9,9 @@
 #include "xml/book_impl.h"
 #include "xml/package_links.h"
 #include "xml/package_names.h"
+#include "xml/shared_strings.h"
 #include "xml/sheet_impl.h"
+#include "xml/styles.h"
 
 namespace rubrica {
 namespace {

@@ -92,6 +92,7 @@ TYPED_TEST(BookPictures, LinkedOnesStayOutsideUnlessTheyAreInserted) {
   const test::TemporaryDirectory directory;
   test::writeText(directory.file("a.png"), kPng);
   const std::u16string path = directory.file("a.png").u16string();
+  this->book.addSheet(u"One", nullptr);
   EXPECT_EQ(this->book.addPictureAsLink(nullptr, false), -1);
   EXPECT_EQ(this->message(), "file name can't be 0");
   EXPECT_EQ(this->book.addPictureAsLink(path.c_str(), false), 0);

@@ -15,8 +15,9 @@ bool isStrict(Book& book) {
 
 TEST(BookProxy, ANewBookIsTransitional) {
   const BookPtr book = newBook();
-  EXPECT_FALSE(isStrict(*book));
   EXPECT_STREQ(book->errorMessage(), "ok");
+  ASSERT_NE(book->addSheet(u"One"), nullptr);
+  EXPECT_FALSE(isStrict(*book));
   EXPECT_EQ(book->version(), 0x03080500U);
   EXPECT_EQ(book->biffVersion(), 0);
 }

@@ -344,6 +344,7 @@ TYPED_TEST(BookSheets, PositionsPastTheLastSheetInAFileDoNoHarm) {
 }
 
 TYPED_TEST(BookSheets, CalculationModeAndDateSystemAreTheWorkbooks) {
+  this->book.addSheet(u"One", nullptr);
   EXPECT_FALSE(this->book.refR1C1());
   this->book.setRefR1C1(true);
   EXPECT_TRUE(this->book.refR1C1());
