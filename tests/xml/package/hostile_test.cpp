@@ -79,7 +79,7 @@ TYPED_TEST(HostilePackage, AWorkbookWithoutSheetsIsRefused) {
   TestEntry& main = entry(this->entries, "xl/workbook.xml");
   const std::size_t begin = main.content.find("<sheets>"), end = main.content.find("</sheets>");
   main.content.erase(begin, end + 9 - begin);
-  EXPECT_EQ(this->failureOf(), "Mandatory element is missing");
+  EXPECT_EQ(this->failureOf(), "Mandatory element missing");
   main.content.insert(begin, "<sheets/>");
   EXPECT_NE(this->failureOf(), "ok");
 }
