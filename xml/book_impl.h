@@ -152,6 +152,8 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   std::u16string usableSheetName(Text name, const Sheet* except);
 
   std::vector<BookPicture>& pictures() { return _pictures; }
+  // Lists a part as a picture of the book if its content type says that it is one.
+  void notePicture(const XFile& part, const std::string& partName, std::string_view type);
   // The metrics that columns are measured by, the platform's own unless others were given.
   platform::TextMetrics& textMetrics();
   void setTextMetrics(std::unique_ptr<platform::TextMetrics> metrics);
@@ -191,6 +193,7 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   // ---- Sheets (book_sheets.cpp, book_sheet_copy.cpp)
   ISheetT<char16_t>* insertSheetAt(int index, Text name, ISheetT<char16_t>* initSheet);
   std::string makeSheetPath();
+  std::uint32_t freeSheetId() const;
   void dropParts(const std::vector<std::string>& partNames);
   void copySheetParts(Sheet& source, const std::string& path);
   const SheetEntry& entryAt(int index) const;

@@ -18,7 +18,6 @@ namespace rubrica {
 namespace {
 
 constexpr char kNoFileName[] = "file name name can't be 0";
-constexpr std::string_view kImageType = "image";
 
 const ZipEntry* findEntry(const ZipReader& package, std::string_view name) {
   const ZipEntry* found = nullptr;
@@ -169,10 +168,12 @@ void XMLBookImplT<Tag>::loadPackage(ZipReader& package, const LoadOptions& optio
   const std::string wanted = keepWantedSheet(options);
 
   for (const ZipEntry& entry : package.entries()) {
-    if (&entry == main || &entry == links || samePartName(entry.name, part_name::kContentTypes)) continue;
+    // Of equal names the later entry stands, and that one has been read.
+    const bool isRead = samePartName(entry.name, main->name) || samePartName(entry.name, links->name) ||
+                        samePartName(entry.name, part_name::kContentTypes);
+    if (isRead) continue;
     const std::string type = _contentTypes->contentType(entry.name);
     if (type.empty()) continue;
-    if (samePartName(entry.name, links->name)) continue;  // an earlier one of the same name
     if (options.infoOnly && type != content_type::kRelationships) continue;
     if (options.sheetIndex >= 0 && type == content_type::kWorksheet && !samePartName(entry.name, wanted)) continue;
     loadPart(bytesOf(package, entry, options.tempFile), entry.name, type, options);
@@ -209,16 +210,7 @@ void XMLBookImplT<Tag>::loadPart(PartBytes bytes, const std::string& name, std::
     _parts.add(name, bytes.template make<SharedStrings<Tag>>());
   } else {
     XFile& part = _parts.add(name, makePart<Tag>(type, bytes));
-    const auto* image = dynamic_cast<const BinaryFile*>(&part);
-    if (image != nullptr && type.substr(0, kImageType.size()) == kImageType) {
-      _pictures.push_back({.data = image->data(),
-                           .size = image->size(),
-                           .partName = name,
-                           .extension = std::string(image->pictureType()),
-                           .width = 0,
-                           .height = 0,
-                           .link = {}});
-    }
+    notePicture(part, name, type);
   }
 }
 

@@ -9,6 +9,7 @@ namespace rubrica {
 namespace {
 
 constexpr std::string_view kMediaPrefix = "/xl/media/image";
+constexpr std::string_view kImageType = "image";
 constexpr std::string_view kFilePrefix = "file:///";
 
 struct PictureKind {
@@ -37,6 +38,19 @@ platform::FileBytes readPictureFile(const char16_t* filename) {
 }
 
 }  // namespace
+
+template <class Tag>
+void XMLBookImplT<Tag>::notePicture(const XFile& part, const std::string& partName, std::string_view type) {
+  const auto* image = dynamic_cast<const BinaryFile*>(&part);
+  if (image == nullptr || !type.starts_with(kImageType)) return;
+  _pictures.push_back({.data = image->data(),
+                       .size = image->size(),
+                       .partName = partName,
+                       .extension = std::string(image->pictureType()),
+                       .width = 0,
+                       .height = 0,
+                       .link = {}});
+}
 
 template <class Tag>
 int XMLBookImplT<Tag>::pictureSize() {

@@ -1,5 +1,6 @@
 // The sheets of an OOXML book: adding, moving, removing and naming them, with all that the package says about them.
 #include <algorithm>
+#include <limits>
 #include <set>
 
 #include "engine/sheet_name.h"
@@ -114,15 +115,12 @@ ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheet
   Relationships& links = needWorkbookRelationships();
   auto made = source == nullptr ? std::make_unique<Sheet>(*this) : std::make_unique<Sheet>(*this, *source);
 
-  std::uint32_t sheetId = 0;
-  for (std::size_t i = 0; i < entryCount(); ++i) {
-    sheetId = std::max(sheetId, entryAt(static_cast<int>(i)).get_sheetId());
-  }
+  const std::uint32_t sheetId = freeSheetId();
   Sheet& sheet = _parts.add(path, std::move(made));
   types.addOverride(path, content_type::kWorksheet);
   auto& entry = this->get_sheets().insert_sheet(static_cast<std::size_t>(index));
   entry.set_name(platform::utf8FromUtf16Lossy(usable));
-  entry.set_sheetId(sheetId + 1);
+  entry.set_sheetId(sheetId);
   entry.set_r_id(links.add(relativeToBase(path), relationship_type::kWorksheet));
   _sheets.insert(_sheets.begin() + index, &sheet);
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
@@ -130,6 +128,18 @@ ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheet
   renumberViews(shifted);
   if (source != nullptr) copySheetParts(*source, path);
   return &sheet;
+}
+
+// One past the highest id, or, where a damaged file has taken the last one there is, the lowest that is free.
+template <class Tag>
+std::uint32_t XMLBookImplT<Tag>::freeSheetId() const {
+  std::set<std::uint32_t> taken;
+  for (std::size_t i = 0; i < entryCount(); ++i) taken.insert(entryAt(static_cast<int>(i)).get_sheetId());
+  if (taken.empty()) return 1;
+  if (*taken.rbegin() < std::numeric_limits<std::uint32_t>::max()) return *taken.rbegin() + 1;
+  std::uint32_t id = 1;
+  while (taken.count(id) != 0) ++id;
+  return id;
 }
 
 // The first number past the sheets of the book that neither a relationship nor a part has taken.

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::string_view kCompatibilityUri = "http://schemas.openxmlformats.org/markup-compatibility/2006";
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
+constexpr std::string_view kRequires = "Requires";
 // Namespaces, or names of ProcessContent, that are ignorable at one place; real parts name up to twenty.
 constexpr std::size_t kMaxIgnorables = 256;
 // Declarations of tags that go are repeated on what stays inside: this is the room for them beyond the text's own size.
@@ -145,11 +146,13 @@ bool MarkupResolver::readTag(std::size_t begin, Tag& tag) const {
   return false;
 }
 
-// Only tags with a colon, or with a declaration, can have attributes that matter here.
+// Only tags with a colon, with a declaration or with an alternative's requirements have attributes that matter here.
 bool MarkupResolver::readAttributes(const Tag& tag) {
   _attributes.clear();
   const std::string_view inner = _text.substr(tag.nameEnd, tag.end - tag.nameEnd);
-  if (inner.find(':') == inner.npos && inner.find("xmlns") == inner.npos) return true;
+  const bool isOfInterest =
+      inner.find(':') != inner.npos || inner.find("xmlns") != inner.npos || inner.find(kRequires) != inner.npos;
+  if (!isOfInterest) return true;
   const std::size_t end = tag.end - (tag.isEmpty ? 2 : 1);
   const auto skipSpace = [&](std::size_t p) {
     while (p < end && lmx::is_space(_text[p])) ++p;
@@ -240,7 +243,7 @@ bool MarkupResolver::takeAlternative(const Tag& tag, std::string_view local, std
   if (_frames.back().isChosen) return false;
   if (local == "Choice") {
     const auto requires_ = std::find_if(_attributes.begin(), _attributes.end(),
-                                        [](const Attribute& attribute) { return attribute.name == "Requires"; });
+                                        [](const Attribute& attribute) { return attribute.name == kRequires; });
     if (requires_ == _attributes.end() || !areAllUnderstood(requires_->value)) return false;
   } else if (local != "Fallback") {
     return false;

@@ -11,6 +11,7 @@
 #include "engine/xlerror.h"
 #include "lmx/elmx_error.h"
 #include "xml/markup_compatibility.h"
+#include "xml/part_repair.h"
 
 namespace rubrica {
 
@@ -72,21 +73,37 @@ class XmlFile : public XFile, public Root {
   XmlFile(const char* data, std::size_t size) { read(data, size); }
   explicit XmlFile(const std::string& path) { readFile(path); }
 
-  // Replaces the tree by the one that `size` bytes at `data` hold, with markup compatibility resolved. Throws xlerror
-  // "data is empty" or the text of the binding's error.
+  // Replaces the tree by the one that `size` bytes at `data` hold, with markup compatibility resolved and, where it
+  // can't be bound, known deviations repaired. Throws xlerror "data is empty" or the text of the binding's error.
   void read(const char* data, std::size_t size);
   void readFile(const std::string& path);
   void save(std::string& target) override;
+
+ protected:
+  // Replaces the tree by what `unmarshal(root, text)` makes of a text, or of the text as repaired.
+  template <class Unmarshal>
+  void bind(std::string_view text, const Unmarshal& unmarshal);
 };
 
 template <class Root>
 void XmlFile<Root>::read(const char* data, std::size_t size) {
   if (data == nullptr || size == 0) throw xlerror("data is empty");
   const ResolvedMarkup markup(std::string_view(data, size), Root::kRoot);
+  setDroppedMarkup(markup.dropped());
+  bind(markup.text(), [](Root& root, std::string_view text) { return root.unmarshal(text.data(), text.size()); });
+}
+
+template <class Root>
+template <class Unmarshal>
+void XmlFile<Root>::bind(std::string_view text, const Unmarshal& unmarshal) {
   Root& root = *this;
   root = Root();
-  setDroppedMarkup(markup.dropped());
-  if (const auto code = root.unmarshal(markup.text().data(), markup.text().size())) throwBindingError(code);
+  const lmx::elmx_error code = unmarshal(root, text);
+  if (code == lmx::ELMX_OK) return;
+  const auto repaired = repairedPart(text, Root::kRoot, code);
+  if (!repaired) throwBindingError(code);
+  root = Root();
+  if (const auto again = unmarshal(root, *repaired)) throwBindingError(again);
 }
 
 template <class Root>
@@ -99,7 +116,9 @@ void XmlFile<Root>::readFile(const std::string& path) {
   Root& root = *this;
   root = Root();
   setDroppedMarkup(0);
-  if (const auto code = root.unmarshal(path.c_str())) throwBindingError(code);
+  if (root.unmarshal(path.c_str()) == lmx::ELMX_OK) return;
+  const std::string text = readTemporaryFile(path);
+  read(text.data(), text.size());
 }
 
 template <class Root>

@@ -253,7 +253,9 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
 
   // Throws xlerror "col must be in range 0-16383", "row must be in range 0-1048575".
   static void checkCell(int row, int col);
-  void readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
+  void readWindow(const char* data, std::size_t size, int firstRow, int lastRow);
+  void readWindowOfFile(const std::string& path, int firstRow, int lastRow);
+  lmx::elmx_error bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
   // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
   void settleRows();
   static void settleCells(Row& row);

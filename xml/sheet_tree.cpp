@@ -77,11 +77,7 @@ XMLSheetImplT<Tag>::XMLSheetImplT(XMLBookImplT<Tag>& book, const char* data, std
   if (firstRow < 0 && lastRow < 0) {
     Base::read(data, size);
   } else {
-    if (data == nullptr || size == 0) throw xlerror("data is empty");
-    const ResolvedMarkup markup(std::string_view(data, size), Root::kRoot);
-    this->setDroppedMarkup(markup.dropped());
-    lmx::c_xml_reader_memory reader(markup.text().data(), markup.text().size());
-    readWindow(reader, firstRow, lastRow);
+    readWindow(data, size, firstRow, lastRow);
   }
   init();
 }
@@ -91,29 +87,45 @@ XMLSheetImplT<Tag>::XMLSheetImplT(XMLBookImplT<Tag>& book, const std::string& pa
     : _book(&book) {
   if (firstRow < 0 && lastRow < 0) {
     Base::readFile(path);
-  } else if (hasMarkupToResolve(path)) {
-    const std::string text = readTemporaryFile(path);
-    const ResolvedMarkup markup(text, Root::kRoot);
-    this->setDroppedMarkup(markup.dropped());
-    lmx::c_xml_reader_memory reader(markup.text().data(), markup.text().size());
-    readWindow(reader, firstRow, lastRow);
   } else {
-    lmx::c_xml_reader_file reader{std::string_view(path)};
-    readWindow(reader, firstRow, lastRow);
+    readWindowOfFile(path, firstRow, lastRow);
   }
   init();
 }
 
 template <class Tag>
-void XMLSheetImplT<Tag>::readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow) {
+void XMLSheetImplT<Tag>::readWindow(const char* data, std::size_t size, int firstRow, int lastRow) {
+  if (data == nullptr || size == 0) throw xlerror("data is empty");
+  const ResolvedMarkup markup(std::string_view(data, size), Root::kRoot);
+  this->setDroppedMarkup(markup.dropped());
+  Base::bind(markup.text(), [&](Root&, std::string_view text) {
+    lmx::c_xml_reader_memory reader(text.data(), text.size());
+    return bindWindow(reader, firstRow, lastRow);
+  });
+}
+
+// A file that can't be bound piece by piece is read whole, as far as that may help.
+template <class Tag>
+void XMLSheetImplT<Tag>::readWindowOfFile(const std::string& path, int firstRow, int lastRow) {
+  if (!hasMarkupToResolve(path)) {
+    lmx::c_xml_reader_file reader{std::string_view(path)};
+    if (bindWindow(reader, firstRow, lastRow) == lmx::ELMX_OK) return;
+  }
+  const std::string text = readTemporaryFile(path);
+  readWindow(text.data(), text.size(), firstRow, lastRow);
+}
+
+template <class Tag>
+lmx::elmx_error XMLSheetImplT<Tag>::bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow) {
   RowWindow<Row> window{firstRow < 0 ? -1 : firstRow, lastRow < 0 ? -1 : lastRow, 0, {}};
   reader.set_child_filter({&Row::kDescriptor, &RowWindow<Row>::keep, &window});
-  if (const auto code = Root::unmarshal(reader)) throwBindingError(code);
+  if (const auto code = Root::unmarshal(reader)) return code;
   auto number = window.numbers.begin();
   auto& data = this->get_sheetData();
   for (std::size_t i = 0; i < data.size_row() && number != window.numbers.end(); ++i) {
     if (!data.get_row(i).isset_r()) data.get_row(i).set_r(*number++);
   }
+  return lmx::ELMX_OK;
 }
 
 template <class Tag>

@@ -7,7 +7,6 @@
 #include <zip.h>
 
 #include "engine/xlerror.h"
-#include "xml/package_limits.h"
 #include "xml/part_map.h"
 
 namespace rubrica {
@@ -50,7 +49,8 @@ void ZipReader::Close::operator()(zip* archive) const {
   zip_discard(archive);
 }
 
-ZipReader::ZipReader(std::span<const std::byte> archive) : _archiveSize(archive.size()) {
+ZipReader::ZipReader(std::span<const std::byte> archive, const PackageLimits& limits)
+    : _archiveSize(archive.size()), _limits(limits) {
   if (archive.empty()) throw xlerror("data is empty");
   if (isCompoundFile(archive)) throw xlerror("not a zip archive but a compound file: an .xls or an encrypted workbook");
   zip_error_t error;
@@ -71,7 +71,7 @@ ZipReader::~ZipReader() = default;
 
 void ZipReader::listEntries() {
   const auto count = static_cast<std::uint64_t>(std::max<zip_int64_t>(zip_get_num_entries(_archive.get(), 0), 0));
-  if (count > kMaxPackageEntries) throw xlerror("zip archive has too many entries");
+  if (count > _limits.entries) throw xlerror("zip archive has too many entries");
   std::uint64_t compressed = 0;
   for (std::uint64_t i = 0; i < count; ++i) {
     zip_stat_t about;
@@ -100,9 +100,9 @@ void ZipReader::admit(const ZipEntry& entry) {
   const std::uint64_t largest =
       entry.method == ZIP_CM_STORE ? entry.compressedSize : entry.compressedSize * kMaxDeflateRatio;
   if (entry.size > largest) fail(entry, "is damaged: its size can't be true");
-  if (entry.size > kMaxPartSize) fail(entry, "is too large");
+  if (entry.size > _limits.partSize) fail(entry, "is too large");
   _expanded += entry.size;
-  if (_expanded > std::max(kFreeExpansion, _archiveSize * kMaxExpansionRatio)) {
+  if (_expanded > std::max(_limits.freeExpansion, _archiveSize * _limits.expansionRatio)) {
     throw xlerror("zip archive expands to more than its size allows");
   }
 }

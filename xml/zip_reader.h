@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "xml/deflate.h"
+#include "xml/package_limits.h"
 
 struct zip;
 
@@ -28,7 +29,7 @@ struct ZipEntry {
 class ZipReader {
  public:
   // `archive` must outlive the reader. Throws xlerror for what is no archive or one that lies about itself.
-  explicit ZipReader(std::span<const std::byte> archive);
+  explicit ZipReader(std::span<const std::byte> archive, const PackageLimits& limits = {});
   ~ZipReader();
   ZipReader(const ZipReader&) = delete;
   ZipReader& operator=(const ZipReader&) = delete;
@@ -50,6 +51,7 @@ class ZipReader {
   void admit(const ZipEntry& entry);
 
   std::uint64_t _archiveSize;
+  PackageLimits _limits;
   std::uint64_t _expanded = 0;  // bytes of the entries read so far
   std::unique_ptr<zip, Close> _archive;
   std::vector<ZipEntry> _entries;

@@ -1,10 +1,11 @@
 // Markup compatibility as it is resolved before a part is bound.
+#include "xml/markup_compatibility.h"
+
 #include <gtest/gtest.h>
 
 #include "source/ooxml/drawing.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/workbook.h"
-#include "xml/markup_compatibility.h"
 
 namespace rubrica {
 namespace {
@@ -47,66 +48,82 @@ TEST(MarkupCompatibility, IgnorableAttributesAloneAreLeftToTheBinding) {
 }
 
 TEST(MarkupCompatibility, AChoiceNobodyKnowsLeavesNothing) {
-  const std::string alternate = "<mc:AlternateContent " + kMc + "><mc:Choice Requires=\"x15\">" +
-                                R"(<x15ac:absPath url="C:\" xmlns:x15ac="urn:x15ac"/></mc:Choice></mc:AlternateContent>)";
-  const Resolved result = resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")", "<workbookPr/>" + alternate + "<sheets/>"));
+  const std::string alternate =
+      "<mc:AlternateContent " + kMc + "><mc:Choice Requires=\"x15\">" +
+      R"(<x15ac:absPath url="C:\" xmlns:x15ac="urn:x15ac"/></mc:Choice></mc:AlternateContent>)";
+  const Resolved result =
+      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")", "<workbookPr/>" + alternate + "<sheets/>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<workbookPr/><sheets/>"));
   EXPECT_EQ(result.dropped, 1U);
 }
 
 TEST(MarkupCompatibility, AFallbackStandsInForUnknownChoices) {
-  const Resolved result = resolved(
-      inRoot(" " + kX15, "<mc:AlternateContent><mc:Choice Requires=\"x15\"><a/></mc:Choice> "
-                         "<mc:Fallback><b>t</b><c/></mc:Fallback> </mc:AlternateContent><d/>"));
+  const Resolved result = resolved(inRoot(" " + kX15,
+                                          "<mc:AlternateContent><mc:Choice Requires=\"x15\"><a/></mc:Choice> "
+                                          "<mc:Fallback><b>t</b><c/></mc:Fallback> </mc:AlternateContent><d/>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<b>t</b><c/><d/>"));
 }
 
 TEST(MarkupCompatibility, TheFirstChoiceWhoseNamespacesAreAllBoundIsTaken) {
   const std::string known = R"( xmlns:m="http://schemas.openxmlformats.org/spreadsheetml/2006/main")";
-  const Resolved result = resolved(inRoot(
-      known + " " + kX15,
-      "<mc:AlternateContent><mc:Choice Requires=\"m x15\"><no/></mc:Choice><mc:Choice Requires=\" m\t\"><yes/></mc:Choice>"
-      "<mc:Choice Requires=\"m\"><late/></mc:Choice><mc:Fallback><no/></mc:Fallback></mc:AlternateContent>"));
+  const Resolved result = resolved(
+      inRoot(known + " " + kX15,
+             "<mc:AlternateContent><mc:Choice Requires=\"m x15\"><no/></mc:Choice><mc:Choice Requires=\" "
+             "m\t\"><yes/></mc:Choice>"
+             "<mc:Choice Requires=\"m\"><late/></mc:Choice><mc:Fallback><no/></mc:Fallback></mc:AlternateContent>"));
   EXPECT_EQ(result.text, inRoot(known + " " + kX15, "<yes/>"));
   EXPECT_EQ(result.dropped, 3U);
 }
 
+TEST(MarkupCompatibility, AChoiceIsTakenUnderTheDefaultNamespaceToo) {
+  const std::string known = R"( xmlns:m="http://schemas.openxmlformats.org/spreadsheetml/2006/main")";
+  const Resolved result = resolved(
+      inRoot(known, R"(<AlternateContent xmlns="http://schemas.openxmlformats.org/markup-compatibility/2006">)"
+                    R"(<Choice Requires="m"><m:yes/></Choice><Fallback><m:no/></Fallback></AlternateContent>)"));
+  EXPECT_NE(result.text.find("<m:yes"), std::string::npos) << result.text;
+  EXPECT_EQ(result.text.find("<m:no"), std::string::npos) << result.text;
+}
+
 TEST(MarkupCompatibility, AChoiceWithoutRequirementsOrWithAnUnknownPrefixIsNotTaken) {
-  const Resolved result = resolved(inRoot("", "<mc:AlternateContent><mc:Choice><a/></mc:Choice><mc:Choice Requires=\"q\">"
-                                              "<b/></mc:Choice><mc:Choice Requires=\"\"><c/></mc:Choice>"
-                                              "</mc:AlternateContent>"));
+  const Resolved result = resolved(inRoot("",
+                                          "<mc:AlternateContent><mc:Choice><a/></mc:Choice><mc:Choice Requires=\"q\">"
+                                          "<b/></mc:Choice><mc:Choice Requires=\"\"><c/></mc:Choice>"
+                                          "</mc:AlternateContent>"));
   EXPECT_EQ(result.text, inRoot("", ""));
 }
 
 TEST(MarkupCompatibility, AlternativesNest) {
-  const Resolved result = resolved(
-      inRoot(" " + kX15, "<mc:AlternateContent><mc:Choice Requires=\"x15\"/><mc:Fallback><a><mc:AlternateContent>"
-                         "<mc:Choice Requires=\"x15\"><mc:AlternateContent/></mc:Choice><mc:Fallback><b/></mc:Fallback>"
-                         "</mc:AlternateContent></a></mc:Fallback></mc:AlternateContent>"));
+  const Resolved result =
+      resolved(inRoot(" " + kX15,
+                      "<mc:AlternateContent><mc:Choice Requires=\"x15\"/><mc:Fallback><a><mc:AlternateContent>"
+                      "<mc:Choice Requires=\"x15\"><mc:AlternateContent/></mc:Choice><mc:Fallback><b/></mc:Fallback>"
+                      "</mc:AlternateContent></a></mc:Fallback></mc:AlternateContent>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<a><b/></a>"));
 }
 
 TEST(MarkupCompatibility, AnyPrefixMayStandForTheNamespace) {
-  const std::string text = "<workbook " + kMain +
-                           "><q:AlternateContent xmlns:q=\"http://schemas.openxmlformats.org/markup-compatibility/2006\">"
-                           "<q:Fallback><a/></q:Fallback></q:AlternateContent></workbook>";
+  const std::string text =
+      "<workbook " + kMain +
+      "><q:AlternateContent xmlns:q=\"http://schemas.openxmlformats.org/markup-compatibility/2006\">"
+      "<q:Fallback><a/></q:Fallback></q:AlternateContent></workbook>";
   EXPECT_EQ(resolved(text).text,
             "<workbook " + kMain +
                 "><a xmlns:q=\"http://schemas.openxmlformats.org/markup-compatibility/2006\"/></workbook>");
 }
 
 TEST(MarkupCompatibility, IgnorableElementsGoWithTheirContent) {
-  const Resolved result = resolved(inRoot(
-      " " + kX15 + R"( mc:Ignorable="x15")",
-      "<a x15:b=\"1\" c='2'/><x15:d>text<e/><x15:d/><!-- </x15:d> --></x15:d><f/><x15:g/>"));
+  const Resolved result =
+      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")",
+                      "<a x15:b=\"1\" c='2'/><x15:d>text<e/><x15:d/><!-- </x15:d> --></x15:d><f/><x15:g/>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<a c='2'/><f/>"));
   EXPECT_EQ(result.dropped, 3U);
 }
 
 TEST(MarkupCompatibility, AnIgnorableElementMayHaveItsNamespaceAsDefault) {
-  const Resolved result = resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")",
-                                          R"(<x xmlns="http://schemas.microsoft.com/office/spreadsheetml/2010/11/main">)"
-                                          "<y/></x><sheets/>"));
+  const Resolved result =
+      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")",
+                      R"(<x xmlns="http://schemas.microsoft.com/office/spreadsheetml/2010/11/main">)"
+                      "<y/></x><sheets/>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<sheets/>"));
 }
 
@@ -117,42 +134,43 @@ TEST(MarkupCompatibility, WhatTheBindingKnowsIsNeverIgnored) {
 }
 
 TEST(MarkupCompatibility, ProcessContentKeepsWhatIsInside) {
-  const Resolved result =
-      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15" mc:ProcessContent="x15:keep")",
-                      "<x15:keep><a/><x15:go><b/></x15:go></x15:keep><x15:other><c/></x15:other>"));
+  const Resolved result = resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15" mc:ProcessContent="x15:keep")",
+                                          "<x15:keep><a/><x15:go><b/></x15:go></x15:keep><x15:other><c/></x15:other>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<a/>"));
-  const Resolved all = resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15" mc:ProcessContent="x15:*")",
-                                       "<x15:go><b/></x15:go>"));
+  const Resolved all =
+      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15" mc:ProcessContent="x15:*")", "<x15:go><b/></x15:go>"));
   EXPECT_EQ(all.text, inRoot(" " + kX15, "<b/>"));
 }
 
 TEST(MarkupCompatibility, IgnorableHoldsInsideTheElementThatSaysSo) {
-  const Resolved result =
-      resolved(inRoot(" " + kX15, "<a mc:Ignorable=\"x15\"><x15:in/></a><x15:out/>"));
+  const Resolved result = resolved(inRoot(" " + kX15, "<a mc:Ignorable=\"x15\"><x15:in/></a><x15:out/>"));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<a></a><x15:out/>"));
 }
 
 TEST(MarkupCompatibility, DeclarationsOfTagsThatGoMoveToWhatStays) {
-  const Resolved result = resolved(inRoot(
-      "", "<mc:AlternateContent><mc:Choice xmlns:v=\"urn:v\" Requires=\"v\"><v:a/></mc:Choice>"
-          "<mc:Fallback xmlns:p=\"urn:p\" xmlns:q='urn:q'><p:a/><b xmlns:p=\"urn:other\"><p:c/></b></mc:Fallback>"
-          "</mc:AlternateContent>"));
-  EXPECT_EQ(result.text, inRoot("", "<p:a xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"/>"
-                                    "<b xmlns:q=\"urn:q\" xmlns:p=\"urn:other\"><p:c/></b>"));
+  const Resolved result = resolved(
+      inRoot("",
+             "<mc:AlternateContent><mc:Choice xmlns:v=\"urn:v\" Requires=\"v\"><v:a/></mc:Choice>"
+             "<mc:Fallback xmlns:p=\"urn:p\" xmlns:q='urn:q'><p:a/><b xmlns:p=\"urn:other\"><p:c/></b></mc:Fallback>"
+             "</mc:AlternateContent>"));
+  EXPECT_EQ(result.text, inRoot("",
+                                "<p:a xmlns:p=\"urn:p\" xmlns:q=\"urn:q\"/>"
+                                "<b xmlns:q=\"urn:q\" xmlns:p=\"urn:other\"><p:c/></b>"));
 }
 
 TEST(MarkupCompatibility, ContentOfExtensionsStaysAsItIs) {
   const std::string extension = "<extLst><ext uri=\"{1}\" " + kX15 + "><x15:a x15:b=\"1\"><mc:AlternateContent>" +
                                 "<mc:Choice Requires=\"x15\"/></mc:AlternateContent></x15:a></ext></extLst>";
-  const Resolved result =
-      resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")", "<x15:go/><sheets/>" + extension));
+  const Resolved result = resolved(inRoot(" " + kX15 + R"( mc:Ignorable="x15")", "<x15:go/><sheets/>" + extension));
   EXPECT_EQ(result.text, inRoot(" " + kX15, "<sheets/>" + extension));
 }
 
 TEST(MarkupCompatibility, AnElementCalledExtOutsideAListIsNoExtension) {
-  const std::string root = "<xdr:wsDr xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\" " + kMc + ">";
-  const Resolved result = resolved(root + "<xdr:ext><mc:AlternateContent><mc:Fallback><xdr:a/></mc:Fallback>"
-                                          "</mc:AlternateContent></xdr:ext></xdr:wsDr>",
+  const std::string root =
+      "<xdr:wsDr xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\" " + kMc + ">";
+  const Resolved result = resolved(root +
+                                       "<xdr:ext><mc:AlternateContent><mc:Fallback><xdr:a/></mc:Fallback>"
+                                       "</mc:AlternateContent></xdr:ext></xdr:wsDr>",
                                    drawing::c_wsDr::kRoot);
   EXPECT_EQ(result.text, root + "<xdr:ext><xdr:a/></xdr:ext></xdr:wsDr>");
 }
@@ -187,7 +205,8 @@ TEST(MarkupCompatibility, DepthAndGrowthAreBounded) {
   for (int i = 0; i < 100'000; ++i) deep += "<mc:AlternateContent><mc:Fallback>";
   const Resolved ended = resolved(inRoot("", deep));
   EXPECT_LE(ended.text.size(), inRoot("", deep).size());
-  for (int i = 0; i < 1000; ++i) declarations += " xmlns:p" + std::to_string(i) + "=\"urn:" + std::string(50, 'x') + "\"";
+  for (int i = 0; i < 1000; ++i)
+    declarations += " xmlns:p" + std::to_string(i) + "=\"urn:" + std::string(50, 'x') + "\"";
   std::string children;
   for (int i = 0; i < 10'000; ++i) children += "<a/>";
   EXPECT_ANY_THROW(resolved(inRoot("", "<mc:AlternateContent><mc:Fallback" + declarations + ">" + children +

@@ -135,8 +135,8 @@ std::vector<TestEntry> workbookEntries(int sheets) {
     links += R"(<Relationship Id="rId)" + number + R"(" Type=")" + text.relationships +
              R"(/worksheet" Target="worksheets/sheet)" + number + R"(.xml"/>)";
     parts.push_back({"xl/worksheets/sheet" + number + ".xml", "<worksheet xmlns=\"" + text.main +
-                                                                  "\"><sheetData><row r=\"1\"><c r=\"A1\"><v>" + number +
-                                                                  "</v></c></row></sheetData></worksheet>"});
+                                                                  "\"><sheetData><row r=\"1\"><c r=\"A1\"><v>" +
+                                                                  number + "</v></c></row></sheetData></worksheet>"});
   }
   std::vector<TestEntry> entries;
   entries.push_back({"[Content_Types].xml", types + "</Types>"});

@@ -95,8 +95,8 @@ TEST(ZipArchives, BackslashesAndAbsoluteNamesAreNormalised) {
 }
 
 TEST(ZipArchives, EntriesOutsideTheirDirectoryAreLeftOut) {
-  const auto read = entriesOf(zipOf({{"../up", "1"}, {"xl/../../up", "2"}, {"xl\\..\\up", "3"}, {"./here", "4"},
-                                     {"xl/", ""}, {"xl/..a", "5"}}));
+  const auto read = entriesOf(zipOf(
+      {{"../up", "1"}, {"xl/../../up", "2"}, {"xl\\..\\up", "3"}, {"./here", "4"}, {"xl/", ""}, {"xl/..a", "5"}}));
   ASSERT_EQ(read.size(), 1U);
   EXPECT_EQ(read[0].first, "xl/..a");
 }
