@@ -106,6 +106,7 @@ XMLSheetImplT<Tag>::XMLSheetImplT(XMLBookImplT<Tag>& book, const std::string& pa
 
 template <class Tag>
 void XMLSheetImplT<Tag>::readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow) {
+  _isPartial = true;
   RowWindow<Row> window{firstRow < 0 ? -1 : firstRow, lastRow < 0 ? -1 : lastRow, 0, {}};
   reader.set_child_filter({&Row::kDescriptor, &RowWindow<Row>::keep, &window});
   if (const auto code = Root::unmarshal(reader)) throwBindingError(code);
@@ -123,6 +124,7 @@ void XMLSheetImplT<Tag>::init() {
   _lastFormat = nullptr;
   adoptColumnFormats();
   settleRows();
+  widenByMarks();
   adoptSharedFormulas();
 }
 
