@@ -305,6 +305,8 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   double rowPoints(int row);
   std::optional<double> fittedWidth(int col);
   void widenUsedRows(int row);
+  // What beside cells is in use in a sheet that was read: hidden rows and merges.
+  void widenByMarks();
   void raiseOutlineDepth(int rowLevel, int colLevel);
 
   // ---- Ranges and moves (sheet_ranges.cpp, sheet_moves.cpp)
@@ -360,6 +362,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   XMLBookImplT<Tag>* _book;
   std::array<std::uint32_t, kColumns> _colFormats{};  // style index by column, so that a new cell needs no search
   UsedRange _used;
+  bool _isPartial = false;  // read with a range of rows
   std::size_t _lastRowPosition = 0;  // where the last row was found or made
   SharedFormulas _sharedFormulas;
   FormatPtr _lastFormat = nullptr;  // of the last write that gave one, with its index

@@ -194,7 +194,12 @@ void XMLSheetImplT<Tag>::moveUsedRange(const LineMove& move) {
   if (_used.empty()) return;
   int& first = move.ofRows() ? _used.firstRow : _used.firstCol;
   int& last = move.ofRows() ? _used.lastRow : _used.lastCol;
-  const auto moved = move.mapSpan(first, last - 1);
+  auto moved = move.mapSpan(first, last - 1);
+  // A range over all lines stays one; cells don't.
+  if (moved && !move.inserts() && first == 0 && last == move.limit()) {
+    moved->last -= move.count();
+    if (moved->last < 0) moved.reset();
+  }
   if (!moved) {
     _used = {};
     return;

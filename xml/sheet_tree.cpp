@@ -117,6 +117,7 @@ void XMLSheetImplT<Tag>::readWindowOfFile(const std::string& path, int firstRow,
 
 template <class Tag>
 lmx::elmx_error XMLSheetImplT<Tag>::bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow) {
+  _isPartial = true;
   RowWindow<Row> window{firstRow < 0 ? -1 : firstRow, lastRow < 0 ? -1 : lastRow, 0, {}};
   reader.set_child_filter({&Row::kDescriptor, &RowWindow<Row>::keep, &window});
   if (const auto code = Root::unmarshal(reader)) return code;
@@ -135,6 +136,7 @@ void XMLSheetImplT<Tag>::init() {
   _lastFormat = nullptr;
   adoptColumnFormats();
   settleRows();
+  widenByMarks();
   adoptSharedFormulas();
 }
 
