@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "biff/book_impl.h"
+#include "engine/make_room.h"
 
 namespace rubrica {
 namespace {
@@ -81,6 +82,9 @@ ISheetT<char16_t>* BookImplT::insertSheetAt(int index, Text name, ISheetT<char16
   sheet->setA1Mode(!_refR1C1);
   const int sourcePosition = source == nullptr ? -1 : positionOf(*source);
   SheetImplT* made = sheet.get();
+  makeRoom(_boundSheets);
+  makeRoom(_sheets);
+  makeRoom(_tabIds);
   _boundSheets.insert(_boundSheets.begin() + index, bound);
   _sheets.insert(_sheets.begin() + index, std::move(sheet));
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
