@@ -227,29 +227,33 @@ void Drawing::forEachShapeId(const std::function<void(std::uint32_t)>& visit) co
   forEachOf<OfficeArtFSP>(_root.get(), [&](OfficeArtFSP& shape) { visit(shape.spid); });
 }
 
-void Drawing::renumber(std::uint16_t drawingId, const std::function<std::uint32_t(std::uint32_t)>& shapeId) {
+void Drawing::renumber(std::uint16_t drawingId, const ShapeIds& ids) {
   if (_root == nullptr) return;
-  const auto give = [&](std::uint32_t& id) { id = shapeId(id); };
+  const auto renewed = [&](std::uint32_t id) {
+    const auto found = ids.find(id);
+    return found == ids.end() ? 0 : found->second;
+  };
+  std::uint32_t last = 0;
   forEachRecord(*_root, [&](OfficeArtRecordBase& record) {
     if (auto* shape = dynamic_cast<OfficeArtFSP*>(&record)) {
-      give(shape->spid);
-    } else if (auto* head = dynamic_cast<OfficeArtFDG*>(&record)) {
-      head->setInstance(drawingId);
-      give(head->spidCur);
+      shape->spid = renewed(shape->spid);
+      last = std::max(last, shape->spid);
     } else if (auto* connector = dynamic_cast<OfficeArtFConnectorRule*>(&record)) {
-      give(connector->spidA);
-      give(connector->spidB);
-      give(connector->spidC);
+      for (std::uint32_t* id : {&connector->spidA, &connector->spidB, &connector->spidC}) *id = renewed(*id);
     } else if (auto* arc = dynamic_cast<OfficeArtFArcRule*>(&record)) {
-      give(arc->spid);
+      arc->spid = renewed(arc->spid);
     } else if (auto* callout = dynamic_cast<OfficeArtFCalloutRule*>(&record)) {
-      give(callout->spid);
+      callout->spid = renewed(callout->spid);
     } else if (auto* options = dynamic_cast<OfficeArtFOPT*>(&record)) {
       for (const std::uint16_t opid : {property::nextShape, property::masterShape}) {
-        if (const auto id = options->table.value(opid)) options->table.setValue(opid, shapeId(*id));
+        if (const auto id = options->table.value(opid)) options->table.setValue(opid, renewed(*id));
       }
     }
   });
+  if (auto* head = _root->find<OfficeArtFDG>()) {
+    head->setInstance(drawingId);
+    head->spidCur = last;
+  }
 }
 
 }  // namespace rubrica::officeart

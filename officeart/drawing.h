@@ -50,8 +50,10 @@ class Drawing {
   int shapeCount() const;
   void begin(std::uint16_t drawingId, std::uint32_t patriarchId);
   void forEachShapeId(const std::function<void(std::uint32_t)>& visit) const;
-  // Gives the drawing another id and each shape another one, wherever it is named.
-  void renumber(std::uint16_t drawingId, const std::function<std::uint32_t(std::uint32_t)>& shapeId);
+  // Gives the drawing another id and its shapes others, wherever they are named. A shape that isn't here is named no
+  // more.
+  using ShapeIds = boost::unordered_flat_map<std::uint32_t, std::uint32_t>;
+  void renumber(std::uint16_t drawingId, const ShapeIds& ids);
 
   // ---- Pictures, in the order of the shapes
   std::size_t pictureCount() const { return _pictures.size(); }
