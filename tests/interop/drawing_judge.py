@@ -1,57 +1,36 @@
 #!/usr/bin/env python3
 """Lets another program read the pictures and comments of a book of ours.
 
-usage: drawing_judge.py xlrd|libreoffice SAMPLE_WRITER [DIRECTORY]
-xlrd reads the comments with their authors. LibreOffice makes the pictures (JPEG, BMP, WMF and EMF from a PNG), shows
-each of them in the cell, at the size and with the offset that it was given, and shows the comments; its pages are left
-as PDF in DIRECTORY, where one is named. Skipped, with a word, where the program is missing.
+usage: drawing_judge.py xlrd|gnumeric|libreoffice SAMPLE_WRITER [DIRECTORY]
+xlrd reads the comments with their authors. Gnumeric lists the pictures by their cells, and the comments with their
+authors. LibreOffice shows each picture in the cell and at the size that it was given, and the texts of the comments (it
+drops the authors of any .xls book); the pages are left as PDF in DIRECTORY, where one is named. Skipped, with a word,
+where the program is missing.
 """
+import gzip
 import os
 import pathlib
 import re
+import shutil
 import struct
 import subprocess
 import sys
 import tempfile
 import xml.etree.ElementTree as ElementTree
-import zlib
+import zipfile
 
 import libreoffice
+import sample_pictures
 
 PIXELS_PER_INCH, CM_PER_INCH = 96, 2.54
 TABLE = "{urn:oasis:names:tc:opendocument:xmlns:table:1.0}"
 DRAW = "{urn:oasis:names:tc:opendocument:xmlns:drawing:1.0}"
 SVG = "{urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0}"
 OFFICE = "{urn:oasis:names:tc:opendocument:xmlns:office:1.0}"
+XLINK = "{http://www.w3.org/1999/xlink}"
+GNUMERIC = "{http://www.gnumeric.org/v10.dtd}"
+STYLE = "{urn:oasis:names:tc:opendocument:xmlns:style:1.0}"
 TEXT = "{urn:oasis:names:tc:opendocument:xmlns:text:1.0}"
-KINDS = ["png", "jpg", "bmp", "wmf", "emf"]
-COLORS = [(200, 30, 30), (30, 140, 30), (30, 30, 200), (200, 140, 0), (140, 0, 160)]
-
-
-def png(color, width=80, height=60):
-    """A picture of one colour with a white cross, so that its edges and its orientation can be seen."""
-    rows = b""
-    for y in range(height):
-        row = b"".join(bytes((255, 255, 255) if abs(x - y) < 3 else color) for x in range(width))
-        rows += b"\0" + row
-    chunk = lambda kind, body: struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
-    head = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", head) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b"")
-
-
-def make_pictures(work, kinds):
-    paths = []
-    for kind, color in zip(kinds, COLORS):
-        source = work / f"{kind}_source" / "picture.png"
-        source.parent.mkdir()
-        source.write_bytes(png(color))
-        path = str(source)
-        if kind != "png":
-            path = libreoffice.convert(str(source), str(work / f"{kind}_source"), kind)
-            if path is None:
-                sys.exit(f"LibreOffice made no {kind}")
-        paths.append(path)
-    return paths
 
 
 def write_sample(writer, work, pictures):
@@ -81,13 +60,29 @@ def judge_xlrd(writer, work):
     except ImportError:
         print("skipped: xlrd is not on this machine")
         sys.exit(libreoffice.SKIPPED)
-    picture = work / "picture.png"
-    picture.write_bytes(png(COLORS[0]))
-    path, _, comments = write_sample(writer, work, [str(picture)])
+    path, _, comments = write_sample(writer, work, sample_pictures.write_all(work))
     book = xlrd.open_workbook(str(path), formatting_info=True)
     found = {(at, row, col): (note.author, note.text)
              for at in range(3) for (row, col), note in book.sheet_by_index(at).cell_note_map.items()}
     compare("comments", sorted(found.items()), sorted(comments.items()))
+
+
+def judge_gnumeric(writer, work):
+    if shutil.which("ssconvert") is None:
+        print("skipped: Gnumeric is not on this machine")
+        sys.exit(libreoffice.SKIPPED)
+    path, placed, comments = write_sample(writer, work, sample_pictures.write_all(work))
+    target = work / "drawing.gnumeric"
+    subprocess.run(["ssconvert", str(path), str(target)], check=True, timeout=120, stderr=subprocess.DEVNULL)
+    images, notes = [], {}
+    sheets = list(ElementTree.fromstring(gzip.decompress(target.read_bytes())).iter(GNUMERIC + "Sheet"))
+    for at, sheet in enumerate(sheets):
+        place = lambda thing: (at, *libreoffice.row_and_column(thing.get("ObjectBound").split(":")[0]))
+        images += [place(image) for image in sheet.iter(GNUMERIC + "SheetObjectImage")]
+        notes.update({place(note): (note.get("Author"), note.get("Text"))
+                      for note in sheet.iter(GNUMERIC + "CellComment")})
+    compare("comments", sorted(notes.items()), sorted(comments.items()))
+    compare("cells of pictures", sorted(images), sorted(p[:3] for p in placed))
 
 
 def pixels(length):
@@ -108,24 +103,51 @@ def cells_of(table):
         row += int(line.get(TABLE + "number-rows-repeated", "1"))
 
 
+def column_widths(content, table):
+    """Of the first 40 columns, in pixels; a hidden one has none."""
+    styles = {style.get(STYLE + "name"): pixels(style.find(STYLE + "table-column-properties").get(STYLE + "column-width"))
+              for style in content.iter(STYLE + "style") if style.get(STYLE + "family") == "table-column"}
+    widths = []
+    for column in table.iter(TABLE + "table-column"):
+        is_shown = column.get(TABLE + "visibility", "visible") == "visible"
+        count = min(int(column.get(TABLE + "number-columns-repeated", "1")), 40)
+        widths += [styles[column.get(TABLE + "style-name")] if is_shown else 0] * count
+    return widths
+
+
+def across(widths, column, part):
+    """Where a corner is that stands so many 1024ths into a column."""
+    return sum(widths[:column]) + widths[column] * part / 1024
+
+
+def sorted_anchors(path, placed):
+    """The anchors of pictures in the file (their flags are 0, a comment's are 3), in the order of `placed`."""
+    record = re.compile(rb"\0\0\x10\xf0\x12\0\0\0\0\0(.{16})", re.S)
+    in_file = [(0, *struct.unpack("<8H", match[1])) for match in record.finditer(path.read_bytes())]
+    by_sheet = sorted(range(len(placed)), key=lambda i: placed[i][0])  # the file has sheet after sheet
+    return [anchor for _, anchor in sorted(zip(by_sheet, in_file, strict=True))]
+
+
 def judge_libreoffice(writer, work, shown):
     if libreoffice.program() is None:
         print("skipped: LibreOffice is not on this machine")
         sys.exit(libreoffice.SKIPPED)
-    path, placed, comments = write_sample(writer, work, make_pictures(work, KINDS))
-    document = libreoffice.convert(str(path), str(work), "fods")
+    path, placed, comments = write_sample(writer, work, sample_pictures.write_all(work))
+    document = libreoffice.convert(str(path), str(work), "ods")
     if document is None:
         sys.exit("LibreOffice did not open the book")
     frames, notes = [], {}
-    tables = list(ElementTree.parse(document).getroot().iter(TABLE + "table"))
+    with zipfile.ZipFile(document) as package:
+        content = ElementTree.fromstring(package.read("content.xml"))
+        images = {entry.filename for entry in package.infolist() if entry.file_size > 0}
+    tables = list(content.iter(TABLE + "table"))
     for at, table in enumerate(tables[:3]):
         for row, col, cell in cells_of(table):
             for frame in cell.iter(DRAW + "frame"):
                 image = frame.find(DRAW + "image")
                 if image is None:
                     continue
-                data = image.find(OFFICE + "binary-data")
-                if data is None or not (data.text or "").strip():
+                if image.get(XLINK + "href") not in images:
                     sys.exit(f"a picture without bytes in sheet {at}, row {row}, column {col}")
                 size = (pixels(frame.get(SVG + "width")), pixels(frame.get(SVG + "height")))
                 place = (pixels(frame.get(SVG + "x")), pixels(frame.get(SVG + "y")))
@@ -135,13 +157,17 @@ def judge_libreoffice(writer, work, shown):
                 notes[(at, row, col)] = "".join("".join(p.itertext()) for p in note.iter(TEXT + "p"))
     compare("comments", sorted(notes.items()), sorted((place, text) for place, (_, text) in comments.items()))
     compare("cells of pictures", sorted(place for place, _, _ in frames), sorted(p[:3] for p in placed))
-    # An anchor is in 1/1024 of a column and 1/256 of a row, and a program rounds to its own units: 2 pixels at most.
-    by_place = {place: (size, offset) for place, size, offset in frames}
-    for at, row, col, width, height, _, _, kind in placed:
-        (found_width, found_height), _ = by_place[(at, row, col)]
-        if abs(found_width - width) > 2 or abs(found_height - height) > 2:
-            sys.exit(f"{KINDS[kind]} in sheet {at}, row {row}, column {col}: {found_width:.1f} by {found_height:.1f} "
-                     f"pixels for {width} by {height}")
+    widths = [column_widths(content, table) for table in tables[:3]]
+    by_place = {place: size for place, size, _ in frames}
+    for (at, row, col, width, height, *_, kind), anchor in zip(placed, sorted_anchors(path, placed), strict=True):
+        found_width, found_height = by_place[(at, row, col)]
+        shown_width = across(widths[at], anchor[5], anchor[6]) - across(widths[at], anchor[1], anchor[2])
+        # The program measures column widths by a digit of its own font: up to a tenth wider than ours.
+        fits = (abs(found_width - shown_width) <= 2 and abs(found_height - height) <= 2 and
+                0.95 * width <= found_width + 2 and found_width - 2 <= 1.15 * width)
+        if not fits:
+            sys.exit(f"picture of kind {kind} in sheet {at}, row {row}, column {col}: {found_width:.1f} by "
+                     f"{found_height:.1f} pixels for {width} by {height}, in these columns {shown_width:.1f}")
     print(f"sizes of pictures: {len(placed)} as written")
     if shown:
         libreoffice.convert(str(path), shown, "pdf")
@@ -154,6 +180,8 @@ def main():
         work = pathlib.Path(folder)
         if judge == "xlrd":
             judge_xlrd(writer, work)
+        elif judge == "gnumeric":
+            judge_gnumeric(writer, work)
         else:
             judge_libreoffice(writer, work, os.path.abspath(shown) if shown else None)
 
