@@ -168,7 +168,7 @@ class OmnisRun(unittest.TestCase):
                           "  2 Tide table, northern harbours, 2027   18.50 A10*C10", "Sum:        SUM(D10:D13) which is 390.70",
                           "To be paid: D14+D15",
                           "Due on 20th December 2026",
-                          "Paper A4: YES margins 0.75 and 1 printed at 110 %")
+                          "Paper A4: YES margins 0.75 and 1 printed at 95 %")
         saved = self.written("invoice-2026-118.xls").read_bytes()
         for part in ((SOURCE / "examples/data/logo.png").read_bytes(), "Thirty days, as agreed in May.".encode("utf-16-le"),
                      "Inger Dahl".encode("utf-16-le")):
