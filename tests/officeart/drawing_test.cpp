@@ -134,6 +134,27 @@ TEST(Drawings, OfASheetBeginWithThePatriarch) {
                                      fields(u16(7), u16(2), u16(0xFFFF), u16(8), u16(2), u16(1), u32(0))}));
 }
 
+// The example of docs/formats/drawings.md.
+TEST(Drawings, OfTheFormatNotesAreTheseBytes) {
+  const char example[] =
+      "0F0002F0A6000000 100008F008000000 0200000001040000 0F0003F08E000000 0F0004F028000000 010009F010000000"
+      "00000000000000000000000000000000 02000AF008000000 0004000005000000 0F0004F056000000 B2040AF008000000"
+      "01040000000A0000 23000BF00C000000 7F0080008000 044101000000 030021F100000000 030022F100000000"
+      "000010F012000000 000001000200030004000500060007000800 000011F000000000";
+  Drawing drawing;
+  drawing.begin(1, 1024);
+  drawing.addPicture(1025, {0, 1, 2, 3, 4, 5, 6, 7, 8}, 0);
+  std::string hex;
+  for (const std::byte b : recordsOf(drawing).front().body) {
+    for (const unsigned digit : {std::to_integer<unsigned>(b) >> 4, std::to_integer<unsigned>(b) & 15}) {
+      hex += "0123456789ABCDEF"[digit];
+    }
+  }
+  std::string expected = example;
+  std::erase(expected, ' ');
+  EXPECT_EQ(hex, expected);
+}
+
 TEST(Drawings, EveryShapeHasAPieceOfItsOwnWithItsObjectBehindIt) {
   Drawing drawing;
   drawing.begin(1, 1024);
