@@ -144,8 +144,9 @@ TEST(Drawings, OfTheFormatNotesAreTheseBytes) {
   Drawing drawing;
   drawing.begin(1, 1024);
   drawing.addPicture(1025, {0, 1, 2, 3, 4, 5, 6, 7, 8}, 0);
+  const auto records = recordsOf(drawing);
   std::string hex;
-  for (const std::byte b : recordsOf(drawing).front().body) {
+  for (const std::byte b : records.front().body) {
     for (const unsigned digit : {std::to_integer<unsigned>(b) >> 4, std::to_integer<unsigned>(b) & 15}) {
       hex += "0123456789ABCDEF"[digit];
     }
