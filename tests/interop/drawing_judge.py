@@ -2,10 +2,12 @@
 """Lets another program read the pictures and comments of a book of ours.
 
 usage: drawing_judge.py xlrd|gnumeric|libreoffice SAMPLE_WRITER [DIRECTORY]
+       drawing_judge.py kept SAMPLE_WRITER CORPUS_DIRECTORY
 xlrd reads the comments with their authors. Gnumeric lists the pictures by their cells, and the comments with their
-authors. LibreOffice shows each picture in the cell and at the size that it was given, and the texts of the comments (it
-drops the authors of any .xls book); the pages are left as PDF in DIRECTORY, where one is named. Skipped, with a word,
-where the program is missing.
+authors. LibreOffice shows each picture in the cell and at the size that it was given, and the texts of the comments
+(it drops the authors of any .xls book); the pages are left as PDF in DIRECTORY, where one is named. "kept" has a picture and a
+comment added to each worksheet of books that other programs wrote, and Gnumeric list all objects before and after.
+Skipped, with a word, where the program or the books are missing.
 """
 import gzip
 import os
@@ -22,6 +24,7 @@ import zipfile
 import libreoffice
 import sample_pictures
 
+ADDED_AT = [(4000, 100), (4004, 100)]  # as the sample writer has it
 PIXELS_PER_INCH, CM_PER_INCH = 96, 2.54
 TABLE = "{urn:oasis:names:tc:opendocument:xmlns:table:1.0}"
 DRAW = "{urn:oasis:names:tc:opendocument:xmlns:drawing:1.0}"
@@ -67,22 +70,87 @@ def judge_xlrd(writer, work):
     compare("comments", sorted(found.items()), sorted(comments.items()))
 
 
-def judge_gnumeric(writer, work):
+def gnumeric_sheets(path, work):
+    """The sheets as Gnumeric's own form has them; None where it doesn't open the book."""
+    target = work / "read.gnumeric"
+    target.unlink(missing_ok=True)
+    subprocess.run(["ssconvert", str(path), str(target)], timeout=120, stdout=subprocess.DEVNULL,
+                   stderr=subprocess.DEVNULL, check=False)
+    if not target.exists():
+        return None
+    return list(ElementTree.fromstring(gzip.decompress(target.read_bytes())).iter(GNUMERIC + "Sheet"))
+
+
+def need_gnumeric():
     if shutil.which("ssconvert") is None:
         print("skipped: Gnumeric is not on this machine")
         sys.exit(libreoffice.SKIPPED)
+
+
+def place_of(thing):
+    return libreoffice.row_and_column(thing.get("ObjectBound").split(":")[0])
+
+
+def judge_gnumeric(writer, work):
+    need_gnumeric()
     path, placed, comments = write_sample(writer, work, sample_pictures.write_all(work))
-    target = work / "drawing.gnumeric"
-    subprocess.run(["ssconvert", str(path), str(target)], check=True, timeout=120, stderr=subprocess.DEVNULL)
     images, notes = [], {}
-    sheets = list(ElementTree.fromstring(gzip.decompress(target.read_bytes())).iter(GNUMERIC + "Sheet"))
-    for at, sheet in enumerate(sheets):
-        place = lambda thing: (at, *libreoffice.row_and_column(thing.get("ObjectBound").split(":")[0]))
-        images += [place(image) for image in sheet.iter(GNUMERIC + "SheetObjectImage")]
-        notes.update({place(note): (note.get("Author"), note.get("Text"))
+    for at, sheet in enumerate(gnumeric_sheets(path, work)):
+        images += [(at, *place_of(image)) for image in sheet.iter(GNUMERIC + "SheetObjectImage")]
+        notes.update({(at, *place_of(note)): (note.get("Author"), note.get("Text"))
                       for note in sheet.iter(GNUMERIC + "CellComment")})
     compare("comments", sorted(notes.items()), sorted(comments.items()))
     compare("cells of pictures", sorted(images), sorted(p[:3] for p in placed))
+
+
+def objects_of(sheet):
+    """Kind, cells, and what a comment says, of every object on a sheet."""
+    return sorted((thing.tag.removeprefix(GNUMERIC), thing.get("ObjectBound") or "A1", thing.get("Author") or "",
+                   thing.get("Text") or "") for group in sheet.iter(GNUMERIC + "Objects") for thing in group)
+
+
+def is_biff5(book):
+    """Its stream is "Book"; what is drawn there has a form of its own, of which a save keeps the comments alone."""
+    names = book.read_bytes()
+    return "Book".encode("utf-16-le") in names and "Workbook".encode("utf-16-le") not in names
+
+
+def judge_kept(writer, work, corpus):
+    need_gnumeric()
+    books = [book for book in sorted(pathlib.Path(corpus).glob("*.xls")) if not is_biff5(book)]
+    if not books:
+        print("skipped: no workbooks in", corpus)
+        sys.exit(libreoffice.SKIPPED)
+    picture, = sample_pictures.write_all(work, ["png"])
+    extended = work / "extended.xls"
+    judged = kept = 0
+    problems = []
+    for book in books:
+        run = subprocess.run([writer, "--add", str(book), str(extended), picture], timeout=120, text=True,
+                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+        before = gnumeric_sheets(book, work)
+        if run.returncode != 0 or not before:
+            continue  # a damaged or encrypted book
+        after = gnumeric_sheets(extended, work)
+        if after is None or len(after) != len(before):
+            problems.append(f"{book.name}: {len(after or [])} sheets for {len(before)}")
+            continue
+        for at in map(int, run.stdout.split()):
+            objects = objects_of(before[at])
+            if any(kind == "SheetObjectGraph" for kind, *_ in objects):
+                continue  # a worksheet with an embedded chart is kept as the chart alone
+            found = objects_of(after[at])
+            added = [thing for thing in found if place_of({"ObjectBound": thing[1]}) in ADDED_AT]
+            if [thing[0] for thing in added] != ["CellComment", "SheetObjectImage"] or added[0][2:] != ("Ann", "Added"):
+                problems.append(f"{book.name} sheet {at}: added {added}")
+            if [thing for thing in found if thing not in added] != objects:
+                problems.append(f"{book.name} sheet {at}: {len(found) - len(added)} objects for {len(objects)}")
+            judged += 1
+            kept += len(objects)
+    for problem in problems:
+        print(problem)
+    print(f"{judged} sheets of {len(books)} books, {kept} objects kept, {len(problems)} problems")
+    sys.exit(1 if problems or kept == 0 else 0)
 
 
 def pixels(length):
@@ -182,6 +250,8 @@ def main():
             judge_xlrd(writer, work)
         elif judge == "gnumeric":
             judge_gnumeric(writer, work)
+        elif judge == "kept":
+            judge_kept(writer, work, shown)
         else:
             judge_libreoffice(writer, work, os.path.abspath(shown) if shown else None)
 

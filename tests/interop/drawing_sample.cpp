@@ -1,5 +1,6 @@
 // Writes an .xls book with ten pictures of every kind on three sheets, comments beside them, and columns resized and
-// hidden; prints one line for each picture and comment. drawing_judge.py reads both.
+// hidden; prints one line for each picture and comment. Or adds a picture and a comment to each worksheet of a book of
+// another program, and prints the numbers of these sheets. drawing_judge.py reads all of it.
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -15,14 +16,13 @@ std::u16string wide(const char* text) {
   return {view.begin(), view.end()};
 }
 
-}  // namespace
+int addedPicture(rubrica::Book& book, const char* path) {
+  const int id = book.addPicture(wide(path).c_str());
+  if (id < 0) std::fprintf(stderr, "%s: %s\n", path, book.errorMessage());
+  return id;
+}
 
-int main(int argc, char** argv) {
-  if (argc < 3) {
-    std::fputs("usage: drawing_sample FILE PICTURE...\n", stderr);
-    return 2;
-  }
-  rubrica::Book* book = rubrica::createBiffBook();
+bool fill(rubrica::Book* book, const std::vector<const char*>& pictures) {
   std::vector<rubrica::Sheet*> sheets;
   for (const char16_t* name : {u"One", u"Two", u"Three"}) {
     rubrica::Sheet* sheet = book->addSheet(name);
@@ -37,13 +37,10 @@ int main(int argc, char** argv) {
     sheets.push_back(sheet);
   }
   int placed = 0;
-  for (int kind = 0; kind + 2 < argc; ++kind) {
+  for (int kind = 0; kind < static_cast<int>(pictures.size()); ++kind) {
     for (int n = 0; n < kPicturesOfAKind; ++n, ++placed) {
-      const int id = book->addPicture(wide(argv[kind + 2]).c_str());
-      if (id < 0) {
-        std::fprintf(stderr, "%s: %s\n", argv[kind + 2], book->errorMessage());
-        return 1;
-      }
+      const int id = addedPicture(*book, pictures[static_cast<std::size_t>(kind)]);
+      if (id < 0) return false;
       const int at = placed % 3;
       const int row = 2 + 5 * (placed / 3 / 4), col = placed / 3 % 4 * 3;
       const int width = 60 + 10 * (n % 5), height = 40 + 5 * kind, x = n % 4, y = n % 3;
@@ -60,8 +57,41 @@ int main(int argc, char** argv) {
       std::printf("comment %d %d %d %s %s\n", at, n, n + 2, author.c_str(), text.c_str());
     }
   }
-  const bool saved = book->save(wide(argv[1]).c_str());
-  if (!saved) std::fprintf(stderr, "%s\n", book->errorMessage());
+  return true;
+}
+
+// Far from what the sheets of other programs hold, and within what every reader shows.
+constexpr int kFarRow = 4000, kFarColumn = 100;
+
+bool extend(rubrica::Book* book, const char* source, const char* picture) {
+  if (!book->load(wide(source).c_str())) {
+    std::fprintf(stderr, "%s: %s\n", source, book->errorMessage());
+    return false;
+  }
+  const int id = addedPicture(*book, picture);
+  if (id < 0) return false;
+  for (int i = 0; i < book->sheetCount(); ++i) {
+    if (book->sheetType(i) != rubrica::SheetType::sheet) continue;
+    rubrica::Sheet* sheet = book->getSheet(i);
+    sheet->setPicture(kFarRow, kFarColumn, id);
+    sheet->writeComment(kFarRow + 4, kFarColumn, u"Added", u"Ann");
+    std::printf("%d\n", i);
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool extends = argc == 5 && std::string_view(argv[1]) == "--add";
+  if (argc < 3) {
+    std::fputs("usage: drawing_sample FILE PICTURE...\n       drawing_sample --add BOOK FILE PICTURE\n", stderr);
+    return 2;
+  }
+  rubrica::Book* book = rubrica::createBiffBook();
+  const bool made = extends ? extend(book, argv[2], argv[4]) : fill(book, {argv + 2, argv + argc});
+  const bool saved = made && book->save(wide(argv[extends ? 3 : 1]).c_str());
+  if (made && !saved) std::fprintf(stderr, "%s\n", book->errorMessage());
   book->release();
   return saved ? 0 : 1;
 }

@@ -170,8 +170,8 @@ class OmnisRun(unittest.TestCase):
                           "Due on 20th December 2026",
                           "Paper A4: YES margins 0.75 and 1 printed at 95 %")
         saved = self.written("invoice-2026-118.xls").read_bytes()
-        for part in ((SOURCE / "examples/data/logo.png").read_bytes(), "Thirty days, as agreed in May.".encode("utf-16-le"),
-                     "Inger Dahl".encode("utf-16-le")):
+        texts = [text.encode("utf-16-le") for text in ("Thirty days, as agreed in May.", "Inger Dahl")]
+        for part in ((SOURCE / "examples/data/logo.png").read_bytes(), *texts):
             self.assertEqual(saved.count(part), 1)
         result = self.run_program("--component", COMPONENT, SOURCE / "examples/invoice.omn", ".", "/nonexistent.png")
         self.assertEqual(result.returncode, 1)
