@@ -162,6 +162,21 @@ class OmnisRun(unittest.TestCase):
         self.assert_lines(same, "2219 cells compared, 0 differences", "The books are the same.")
         self.written("compared-marked.xls")
 
+    def test_example_an_invoice_with_a_picture_and_print_setup(self):
+        printed = self.run_example("invoice.omn", self.folder.name)
+        self.assert_lines(printed, "Picture 1 of the book stands at cell C1",
+                          "  2 Tide table, northern harbours, 2027   18.50 A10*C10", "Sum:        SUM(D10:D13) which is 390.70",
+                          "To be paid: D14+D15",
+                          "Due on 20th December 2026",
+                          "Paper A4: YES margins 0.75 and 1 printed at 95 %")
+        saved = self.written("invoice-2026-118.xls").read_bytes()
+        texts = [text.encode("utf-16-le") for text in ("Thirty days, as agreed in May.", "Inger Dahl")]
+        for part in ((SOURCE / "examples/data/logo.png").read_bytes(), *texts):
+            self.assertEqual(saved.count(part), 1)
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples/invoice.omn", ".", "/nonexistent.png")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("/nonexistent.png can't be added: can't open file", result.stderr)
+
     def test_the_scripts_of_the_manual_print_what_the_manual_says(self):
         manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")
         samples = re.findall(r"```omnis\n(.*?)```\n(?:\nprints\n\n```text\n(.*?)```\n)?", manual, re.S)
