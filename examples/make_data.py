@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the data of the examples: data/elements.csv, data/easter.csv, data/logo.png, data/almanac.xls and
-data/timesheet.xls.
+"""Makes the data of the examples: data/elements.csv, data/easter.csv, data/logo.png, data/almanac.xls,
+data/almanac.xlsx and data/timesheet.xls.
 
 The elements are typed in below (standard atomic weights: IUPAC 2021, abridged to five digits). The dates of Easter are
 computed twice, by two methods that share nothing, and have to agree. The workbooks are written by LibreOffice from flat
@@ -226,12 +226,12 @@ def main():
     if "--csv-only" in sys.argv[1:]:
         return
     with tempfile.TemporaryDirectory() as folder:
-        sources = []
-        for make in (almanac, timesheet):
-            sources.append(pathlib.Path(folder) / f"{make.__name__}.fods")
-            sources[-1].write_text(make(), encoding="utf-8")
-        subprocess.run(["soffice", f"-env:UserInstallation=file://{folder}/profile", "--headless", "--convert-to",
-                        "xls:MS Excel 97", "--outdir", str(DATA), *map(str, sources)], check=True)
+        for make, form in ((almanac, "xls:MS Excel 97"), (almanac, "xlsx:Calc MS Excel 2007 XML"),
+                           (timesheet, "xls:MS Excel 97")):
+            source = pathlib.Path(folder) / f"{make.__name__}.fods"
+            source.write_text(make(), encoding="utf-8")
+            subprocess.run(["soffice", f"-env:UserInstallation=file://{folder}/profile", "--headless", "--convert-to", form,
+                            "--outdir", str(DATA), str(source)], check=True)
 
 
 if __name__ == "__main__":

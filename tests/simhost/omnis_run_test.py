@@ -89,17 +89,20 @@ class OmnisRun(unittest.TestCase):
         result = self.run_program("--component", COMPONENT, "--check", path)
         self.assertEqual((result.returncode, result.stdout), (0, ""))
 
-    def test_the_demo_does_the_main_job(self):
-        result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", self.folder.name)
-        self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertEqual(result.stderr, "")
-        for line in ("  heading:  standard atomic weight", "  changed:  Al Aluminum",
-                     "       6        32        4,789.70 Bismuth      NO        ",
-                     "earliest  Sunday, 23rd March 1913", "  latest  Sunday, 25th April 1943",
-                     "All figures and 300 dates agree."):
-            self.assertIn(line + "\n", result.stdout)
-        saved = pathlib.Path(self.folder.name) / "demo-report.xls"
-        self.assertTrue(saved.read_bytes().startswith(bytes.fromhex("D0CF11E0A1B11AE1")))
+    def test_the_demo_does_the_main_job_in_both_file_forms(self):
+        for form, signature in (("xls", "D0CF11E0A1B11AE1"), ("xlsx", "504B0304")):
+            with self.subTest(form):
+                result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", self.folder.name,
+                                          SOURCE / f"examples/data/almanac.{form}")
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertEqual(result.stderr, "")
+                for line in ("  heading:  standard atomic weight", "  changed:  Al Aluminum",
+                             "       6        32        4,789.70 Bismuth      NO        ",
+                             "earliest  Sunday, 23rd March 1913", "  latest  Sunday, 25th April 1943",
+                             "All figures and 300 dates agree."):
+                    self.assertIn(line + "\n", result.stdout)
+                saved = pathlib.Path(self.folder.name) / f"demo-report.{form}"
+                self.assertTrue(saved.read_bytes().startswith(bytes.fromhex(signature)))
 
     def test_the_demo_says_when_its_input_is_missing(self):
         result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", ".", "/nonexistent.xls")
