@@ -5,9 +5,9 @@ usage: drawing_judge.py xlrd|gnumeric|libreoffice SAMPLE_WRITER [DIRECTORY]
        drawing_judge.py kept SAMPLE_WRITER CORPUS_DIRECTORY
 xlrd reads the comments with their authors. Gnumeric lists the pictures by their cells, and the comments with their
 authors. LibreOffice shows each picture in the cell and at the size that it was given, and the texts of the comments
-(it drops the authors of any .xls book); the pages are left as PDF in DIRECTORY, where one is named. "kept" has a picture and a
-comment added to each worksheet of books that other programs wrote, and Gnumeric list all objects before and after.
-Skipped, with a word, where the program or the books are missing.
+(it drops the authors of any .xls book); the pages are left as PDF in DIRECTORY, where one is named.
+"kept" has a picture and a comment added to each worksheet of books that other programs wrote, and Gnumeric list all
+objects before and after. Skipped, with a word, where the program or the books are missing.
 """
 import gzip
 import os

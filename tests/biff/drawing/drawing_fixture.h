@@ -1,7 +1,7 @@
 // Test support: pictures made of a header and filling, and the ids that the shapes and objects of a saved book have.
 #pragma once
 
-#include <map>
+#include <algorithm>
 #include <set>
 #include <string>
 #include <vector>
@@ -68,6 +68,26 @@ inline std::vector<Record> groupRecords(const std::vector<Record>& globals) {
     if (within) found.push_back(record);
   }
   return found;
+}
+
+// An OfficeArt record. `length` in place of the body's own where it lies.
+inline Bytes art(unsigned recVer, unsigned recInstance, unsigned recType, const Bytes& body, long length = -1) {
+  return BytesBuilder()
+      .u16(recVer | recInstance << 4)
+      .u16(recType)
+      .u32(length < 0 ? static_cast<unsigned>(body.size()) : static_cast<unsigned>(length))
+      .bytes(body);
+}
+inline Bytes filled(std::size_t size, unsigned value) {
+  return Bytes(size, static_cast<std::byte>(value));
+}
+
+// A small book whose globals hold a drawing group of these bytes.
+inline std::vector<Record> bookWithGroup(const Bytes& group) {
+  auto records = bookAround({});
+  const auto end = std::find_if(records.begin(), records.end(), [](const Record& r) { return r.recordId == id::kEof; });
+  records.insert(end, {id::kMsoDrawingGroup, group});
+  return records;
 }
 
 inline officeart::Drawing drawingOf(const std::vector<Record>& records) {

@@ -7,26 +7,12 @@ namespace {
 
 using namespace officeart;
 
-Bytes art(unsigned recVer, unsigned recInstance, unsigned recType, const Bytes& body, long length = -1) {
-  return BytesBuilder()
-      .u16(recVer | recInstance << 4)
-      .u16(recType)
-      .u32(length < 0 ? static_cast<unsigned>(body.size()) : static_cast<unsigned>(length))
-      .bytes(body);
-}
-Bytes filled(std::size_t size, unsigned value) {
-  return Bytes(size, static_cast<std::byte>(value));
-}
-
 std::string messageOf(const std::vector<Record>& records) {
   const BookPtr book = newBook();
   return loadBytes(*book, fileOf(records)) ? "loaded" : book->errorMessage();
 }
 std::string messageOfGroup(const Bytes& group) {
-  auto records = bookAround({});
-  const auto end = std::find_if(records.begin(), records.end(), [](const Record& r) { return r.recordId == id::kEof; });
-  records.insert(end, {id::kMsoDrawingGroup, group});
-  return messageOf(records);
+  return messageOf(bookWithGroup(group));
 }
 std::string messageOfStore(const Bytes& entry) {
   return messageOfGroup(art(0xF, 0, type::dggContainer, art(0xF, 1, type::bStoreContainer, entry)));

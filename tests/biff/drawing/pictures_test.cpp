@@ -120,6 +120,31 @@ TEST(BookPictures, EveryKindIsToldByItsCode) {
   EXPECT_EQ(pictureBytes(*again, 5), emf);
 }
 
+// No new picture is of these kinds. An entry whose picture was deleted counts for positions, not among the pictures.
+TEST(BookPictures, OfKindsThatAreReadOnlyAreGivenFromAFile) {
+  using namespace officeart;
+  const auto entry = [](const Bytes& blip) {
+    return Bytes(art(2, 6, type::fbse, BytesBuilder().bytes(filled(36, 0)).bytes(blip)));
+  };
+  const Bytes pict =
+      art(0, 0x542, type::blipPict, BytesBuilder().bytes(filled(16, 0)).bytes(filled(34, 0xFE)).text("PICT"));
+  const Bytes tiff = art(0, 0x6E4, type::blipTiff, BytesBuilder().bytes(filled(17, 0)).text("II*"));
+  const Bytes entries = BytesBuilder().bytes(entry({})).bytes(entry(pict)).bytes(entry(tiff));
+  const Bytes group = art(0xF, 0, type::dggContainer, art(0xF, 3, type::bStoreContainer, entries));
+  const BookPtr book = loaded(fileOf(bookWithGroup(group)));
+  EXPECT_EQ(book->pictureSize(), 2);
+  EXPECT_EQ(static_cast<int>(book->getPicture(0, nullptr, nullptr)), 6);
+  EXPECT_EQ(static_cast<int>(book->getPicture(1, nullptr, nullptr)), 7);
+  EXPECT_EQ(pictureBytes(*book, 0), Bytes(BytesBuilder().text("PICT")));
+  EXPECT_EQ(pictureBytes(*book, 1), Bytes(BytesBuilder().text("II*")));
+  EXPECT_EQ(addPicture(*book, png()), 3) << "the position in the store";
+  book->getSheet(0)->setPicture(0, 0, 0);
+  EXPECT_STREQ(book->errorMessage(), "pictureId is out of range");
+  book->getSheet(0)->setPicture(0, 0, 3);
+  EXPECT_EQ(placement(*reloaded(*book)->getSheet(0), 0).id, 3);
+  EXPECT_EQ(pictureBytes(*reloaded(*book), 1), Bytes(BytesBuilder().text("II*")));
+}
+
 TEST(SheetPictures, ArePlacedByRowColumnAndPixels) {
   PixelGrid book;
   addPicture(*book.book, png());
