@@ -338,7 +338,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void moveNames(const LineMove& move, bool updateNamedRanges);
   void renameInNames(const std::string& from, const std::string& to);
   std::size_t checkedLink(int index) const;
-  void forgetRelationship(const std::string& id);
+  void forgetLinkTarget(const std::string& id);
 
   // ---- Filters (sheet_filters.cpp)
   FilterValue filterValue(int row, int col);
