@@ -4,7 +4,7 @@
 // map; one thread per book.
 //
 // The operations are grouped by subject: sheet_tree.cpp (rows and cells of the tree), sheet_cells.cpp,
-// sheet_writers.cpp, sheet_formulas.cpp, sheet_save.cpp, sheet_unbuilt.cpp.
+// sheet_writers.cpp, sheet_formulas.cpp, sheet_save.cpp.
 #pragma once
 
 #include <array>
@@ -339,6 +339,8 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void renameInNames(const std::string& from, const std::string& to);
   std::size_t checkedLink(int index) const;
   void forgetLinkTarget(const std::string& id);
+
+  void dropEmptyLists();
 
   // ---- Filters (sheet_filters.cpp)
   FilterValue filterValue(int row, int col);

@@ -131,10 +131,12 @@ void XMLSheetImplT<Tag>::addHyperlink(Text hyperlink, int rowFirst, int rowLast,
       id = _book->needRelationshipsOf(_book->partNameOf(*this))
                .add(platform::utf8FromUtf16(parts.target), relationship_type::kHyperlink, true);
     }
-    auto& link = this->get_hyperlinks().append_hyperlink();
+    auto& links = this->get_hyperlinks();
+    std::decay_t<decltype(links.append_hyperlink())> link;
     link.set_ref(std::move(ref));
     if (!id.empty()) link.set_r_id(std::move(id));
     if (!parts.location.empty()) link.set_location(toXstring(parts.location));
+    links.append_hyperlink() = std::move(link);
   });
 }
 
@@ -154,11 +156,12 @@ bool XMLSheetImplT<Tag>::addIgnoredError(int rowFirst, int colFirst, int rowLast
         }
       }
     }
-    Ignored& added = this->get_ignoredErrors().append_ignoredError();
+    Ignored added;
     added.set_sqref({std::move(ref)});
     for (const auto& flag : Flags::kFlags) {
       if ((errorSet & flag.bit) != 0) (added.*flag.set)(true);
     }
+    this->get_ignoredErrors().append_ignoredError() = std::move(added);
     return true;
   });
 }
