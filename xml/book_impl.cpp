@@ -12,6 +12,15 @@ constexpr unsigned kEngineVersion = 0x03080500;
 constexpr char kNoContentTypes[] = "workbook content types are not found";
 constexpr char kNoRelationships[] = "workbook relationships are not found";
 
+// "stem.xml" below the book's directory, numbered where a file has something else, or the like unlinked, of that name.
+std::string freeTarget(const PartMap& parts, std::string_view baseDirectory, std::string_view stem) {
+  constexpr std::string_view kExtension = ".xml";
+  std::string target = std::string(stem).append(kExtension);
+  if (!parts.contains(resolveTarget(baseDirectory, target))) return target;
+  const std::string path = parts.freeName(resolveTarget(baseDirectory, stem), 1, kExtension);
+  return path.substr(baseDirectory.size() + 1);
+}
+
 }  // namespace
 
 template <class Tag>
@@ -92,9 +101,10 @@ SharedStrings<Tag>& XMLBookImplT<Tag>::needSharedStrings() {
   if (_sharedStrings == nullptr) {
     ContentTypes& types = needContentTypes();
     Relationships& links = needWorkbookRelationships();
-    _sharedStrings = &_parts.add(part_name::kSharedStrings, std::make_unique<SharedStrings<Tag>>());
-    types.addOverride(part_name::kSharedStrings, content_type::kSharedStrings);
-    links.add("sharedStrings.xml", relationship_type::kSharedStrings);
+    const std::string target = freeTarget(_parts, _baseDir, "sharedStrings");
+    _sharedStrings = &_parts.add(resolve(target), std::make_unique<SharedStrings<Tag>>());
+    types.addOverride(resolve(target), content_type::kSharedStrings);
+    links.add(target, relationship_type::kSharedStrings);
   }
   return *_sharedStrings;
 }
@@ -104,9 +114,10 @@ Styles<Tag>& XMLBookImplT<Tag>::needStyles() {
   if (_styles == nullptr) {
     ContentTypes& types = needContentTypes();
     Relationships& links = needWorkbookRelationships();
-    _styles = &_parts.add(part_name::kStyles, std::make_unique<Styles<Tag>>(_last));
-    types.addOverride(part_name::kStyles, content_type::kStyles);
-    links.add("styles.xml", relationship_type::kStyles);
+    const std::string target = freeTarget(_parts, _baseDir, "styles");
+    _styles = &_parts.add(resolve(target), std::make_unique<Styles<Tag>>(_last));
+    types.addOverride(resolve(target), content_type::kStyles);
+    links.add(target, relationship_type::kStyles);
   }
   return *_styles;
 }

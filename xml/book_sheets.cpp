@@ -1,5 +1,6 @@
 // The sheets of an OOXML book: adding, moving, removing and naming them, with all that the package says about them.
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <set>
 
@@ -14,16 +15,11 @@
 namespace rubrica {
 namespace {
 
-constexpr std::string_view kSheetPrefix = "/xl/worksheets/sheet";
+constexpr std::string_view kSheetPrefix = "worksheets/sheet";
 constexpr std::string_view kPartExtension = ".xml";
 
 bool isAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-// What a target in the workbook's relationships says of a part below the book's usual directory.
-std::string_view relativeToBase(std::string_view partName) {
-  return partName.substr(part_name::kBaseDirectory.size() + 1);
 }
 
 }  // namespace
@@ -123,7 +119,7 @@ ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheet
     return &sheet;
   } catch (...) {
     dropParts({path});
-    needWorkbookRelationships().removeByTarget(relativeToBase(path));
+    needWorkbookRelationships().removeByTarget(path.substr(_baseDir.size() + 1));
     throw;
   }
 }
@@ -134,7 +130,7 @@ void XMLBookImplT<Tag>::listSheet(int index, std::u16string_view name, const std
   SheetEntry entry;
   entry.set_name(platform::utf8FromUtf16Lossy(name));
   entry.set_sheetId(freeSheetId());
-  entry.set_r_id(needWorkbookRelationships().add(relativeToBase(path), relationship_type::kWorksheet));
+  entry.set_r_id(needWorkbookRelationships().add(path.substr(_baseDir.size() + 1), relationship_type::kWorksheet));
   this->get_sheets().insert_sheet(static_cast<std::size_t>(index)) = std::move(entry);
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
   renumberNames(shifted);
@@ -160,9 +156,9 @@ std::string XMLBookImplT<Tag>::makeSheetPath() {
     throw xlerror("makeSheetPath error: workbook relationships are not found");
   }
   for (std::size_t number = entryCount() + 1;; ++number) {
-    std::string path(kSheetPrefix);
-    path.append(std::to_string(number)).append(kPartExtension);
-    const bool isTaken = _parts.contains(path) || !_workbookRelationships->findByTarget(relativeToBase(path)).empty() ||
+    const std::string target = std::string(kSheetPrefix) + std::to_string(number) + std::string(kPartExtension);
+    std::string path = resolve(target);
+    const bool isTaken = _parts.contains(path) || !_workbookRelationships->findByTarget(target).empty() ||
                          !_workbookRelationships->findByTarget(path).empty();
     if (!isTaken) return path;
   }
@@ -251,7 +247,7 @@ bool XMLBookImplT<Tag>::delSheet(int index) {
     };
     if (!target.empty() && !isUsed()) {
       dropParts({resolve(target)});
-      links.removeById(id);
+      if (!_parts.contains(resolve(target))) links.removeById(id);
     }
     const auto without = [index](int position) {
       if (position == index) return kGone;
@@ -264,15 +260,22 @@ bool XMLBookImplT<Tag>::delSheet(int index) {
 }
 
 // Takes parts out of the package, and with them what only they use. Pictures stay: their ids are positions in the
-// book's list.
+// book's list. So does what the book itself holds, whatever a damaged file says that it is.
 template <class Tag>
 void XMLBookImplT<Tag>::dropParts(const std::vector<std::string>& partNames) {
-  std::set<std::string, PartNameLess> gone(partNames.begin(), partNames.end());
   std::set<std::string, PartNameLess> pictures;
   for (const BookPicture& picture : _pictures) pictures.insert(picture.partName);
-  for (std::string& name : partsOnlyUsedBy(_parts, partNames)) {
-    const bool isOurs = _parts.find(name) == static_cast<XFile*>(this);
-    if (!isOurs && pictures.count(name) == 0) gone.insert(std::move(name));
+  std::set<const XFile*> held(_sheets.begin(), _sheets.end());
+  held.insert({this, _contentTypes, _workbookRelationships, _sharedStrings, _styles});
+  held.erase(nullptr);
+  const auto mayGo = [&](const std::string& name) {
+    return held.count(_parts.find(name)) == 0 && pictures.count(name) == 0;
+  };
+  std::vector<std::string> unwanted;
+  std::copy_if(partNames.begin(), partNames.end(), std::back_inserter(unwanted), mayGo);
+  std::set<std::string, PartNameLess> gone(unwanted.begin(), unwanted.end());
+  for (std::string& name : partsOnlyUsedBy(_parts, unwanted)) {
+    if (mayGo(name)) gone.insert(std::move(name));
   }
   for (const std::string& name : gone) _parts.remove(name);
   needContentTypes().removeOverrides(gone);

@@ -1,7 +1,6 @@
 #include "xml/package_links.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 namespace rubrica {
@@ -9,6 +8,8 @@ namespace {
 
 constexpr std::string_view kRelsDirectory = "_rels";
 constexpr std::string_view kRelsExtension = ".rels";
+
+using Names = std::set<std::string, PartNameLess>;
 
 bool isExternal(const relationships::c_CT_Relationship& item) {
   return item.isset_TargetMode() && item.get_TargetMode() == "External";
@@ -53,28 +54,34 @@ std::vector<std::string> linkedParts(const PartMap& parts, std::string_view part
   return linked;
 }
 
+// What hangs below the parts is what may go; then whatever a part that stays points at stays too, with what hangs below
+// it. Counting users would not do: parts that point at each other in a ring have users for ever.
 std::vector<std::string> partsOnlyUsedBy(const PartMap& parts, const std::vector<std::string>& partNames) {
-  std::map<std::string, std::size_t, PartNameLess> users;
-  for (const auto& [name, entry] : parts) {
-    const bool isPackage = samePartName(name, makeRelsPath("/"));
-    const std::string owner = isPackage ? "/" : relsOwner(name);
-    if (owner.empty()) continue;
-    for (const std::string& target : linkedParts(parts, owner)) ++users[target];
-  }
-  std::vector<std::string> only;
+  const Names given(partNames.begin(), partNames.end());
+  Names mayGo = given;
   std::vector<std::string> toVisit = partNames;
-  std::set<std::string, PartNameLess> visited(partNames.begin(), partNames.end());
   while (!toVisit.empty()) {
     const std::string name = std::move(toVisit.back());
     toVisit.pop_back();
-    const std::string rels = makeRelsPath(name);
-    const std::vector<std::string> linked = linkedParts(parts, name);
-    if (parts.contains(rels)) only.push_back(rels);
-    for (const std::string& target : linked) {
-      if (--users[target] > 0 || !parts.contains(target) || !visited.insert(target).second) continue;
-      only.push_back(target);
-      toVisit.push_back(target);
+    for (std::string& target : linkedParts(parts, name)) {
+      if (parts.contains(target) && mayGo.insert(target).second) toVisit.push_back(std::move(target));
     }
+  }
+  for (const auto& [name, entry] : parts) {
+    const std::string owner = samePartName(name, makeRelsPath("/")) ? "/" : relsOwner(name);
+    if (!owner.empty() && mayGo.count(owner) == 0) toVisit.push_back(owner);
+  }
+  while (!toVisit.empty()) {
+    const std::string name = std::move(toVisit.back());
+    toVisit.pop_back();
+    for (std::string& target : linkedParts(parts, name)) {
+      if (given.count(target) == 0 && mayGo.erase(target) != 0) toVisit.push_back(std::move(target));
+    }
+  }
+  std::vector<std::string> only;
+  for (const std::string& name : mayGo) {
+    if (parts.contains(makeRelsPath(name))) only.push_back(makeRelsPath(name));
+    if (given.count(name) == 0) only.push_back(name);
   }
   return only;
 }

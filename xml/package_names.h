@@ -61,8 +61,6 @@ inline constexpr std::string_view kContentTypes = "/[Content_Types].xml";
 inline constexpr std::string_view kPackageRelationships = "/_rels/.rels";
 inline constexpr std::string_view kWorkbook = "/xl/workbook.xml";
 inline constexpr std::string_view kBaseDirectory = "/xl";
-inline constexpr std::string_view kStyles = "/xl/styles.xml";
-inline constexpr std::string_view kSharedStrings = "/xl/sharedStrings.xml";
 inline constexpr std::string_view kCalcChain = "/xl/calcChain.xml";
 }  // namespace part_name
 

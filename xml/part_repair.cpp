@@ -32,6 +32,7 @@ class PartRepair {
     const std::string_view name = root.name;
     _hasBorders = name == "styleSheet";
     _isComments = name == "comments";
+    _isStrictSheet = _isStrict && name == "worksheet";
   }
 
   std::optional<std::string> run() {
@@ -64,6 +65,7 @@ class PartRepair {
     const std::string_view local = _text.substr(localBegin, nameEnd - localBegin);
     if (local == "extLst" && !isEnd && !isEmpty) return after(end, std::string("</").append(name));
     if (local == "border") _isInBorder = !isEnd && !isEmpty;
+    if (_isStrictSheet && (local == "legacyDrawing" || local == "legacyDrawingHF")) replace(begin, end - begin, {});
     if (_hasBorders && _isInBorder) renameSide(localBegin, local);
     if (!isEnd) {
       renameNamespaces(nameEnd, end);
@@ -138,7 +140,7 @@ class PartRepair {
   }
 
   std::string_view _text;
-  bool _isTransitional = false, _isStrict = false, _hasBorders = false, _isComments = false;
+  bool _isTransitional = false, _isStrict = false, _hasBorders = false, _isComments = false, _isStrictSheet = false;
   bool _isInBorder = false;
   std::string _out;
   std::size_t _copied = 0;  // all before it is in _out

@@ -17,6 +17,7 @@ namespace rubrica {
 //   - the sides of a border, "left" and "right" in transitional books, "start" and "end" in strict ones, get the
 //     flavour's names;
 //   - comments of strict books are bound by the transitional class, under its namespace;
+//   - the old drawings of a strict sheet, which its class doesn't know and which stand before what it knows, go;
 //   - the namespaces of the format before its first edition become those of that edition.
 // Extensions stay as they are: they are their owner's.
 std::optional<std::string> repairedPart(std::string_view text, const lmx::root_descriptor& root, lmx::elmx_error code);

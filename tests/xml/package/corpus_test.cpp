@@ -126,10 +126,6 @@ std::map<std::string, std::string, PartNameLess> carriedParts(std::string_view a
   return parts;
 }
 
-BookPtr newBook() {
-  return BookPtr(createXmlBook());
-}
-
 // The proxy's message is that of its second try; this one's is often the one that tells.
 std::string transitionalMessage(const std::string& archive) {
   XMLBookImplT<excelNormal_tag> book;

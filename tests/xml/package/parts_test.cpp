@@ -187,6 +187,25 @@ TEST(PartsOfOneOwner, AreThoseThatNothingElsePointsAt) {
                                             "/xl/drawings/d1.xml", "/xl/worksheets/_rels/sheet1.xml.rels"}));
 }
 
+TEST(PartsOfOneOwner, GoTogetherEvenInRings) {
+  PartMap parts;
+  const auto link = [&](std::string_view owner, std::initializer_list<std::string_view> targets) {
+    auto links = std::make_unique<Relationships>();
+    for (const std::string_view target : targets) links->add(target, "t");
+    parts.add(makeRelsPath(owner), std::move(links));
+    parts.add(owner, std::make_unique<BinaryFile>("", 0));
+  };
+  link("/a", {"b", "kept"});
+  link("/b", {"c", "b", "a"});
+  link("/c", {"b", "below"});
+  link("/other", {"kept", "none", "other"});
+  link("/kept", {"below"});
+  parts.add("/below", std::make_unique<BinaryFile>("", 0));
+  EXPECT_EQ(partsOnlyUsedBy(parts, {"/a"}),
+            (std::vector<std::string>{"/_rels/a.rels", "/_rels/b.rels", "/b", "/_rels/c.rels", "/c"}));
+  EXPECT_EQ(partsOnlyUsedBy(parts, {"/none"}), std::vector<std::string>());
+}
+
 TEST(OpaqueParts, KnowThePictureThatTheyAre) {
   const auto typeOf = [](std::string_view bytes) { return BinaryFile(bytes.data(), bytes.size()).pictureType(); };
   EXPECT_EQ(typeOf("\x89PNG\r"), "png");

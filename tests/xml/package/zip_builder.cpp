@@ -1,8 +1,10 @@
 #include "tests/xml/package/zip_builder.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "xml/deflate.h"
+#include "xml/part_map.h"
 #include "xml/zip_reader.h"
 
 namespace rubrica::package_test {
@@ -35,6 +37,31 @@ void putFields(std::string& out, const Written& written, std::size_t nameSize) {
   put32(out, written.size);
   put16(out, static_cast<std::uint32_t>(nameSize));
   put16(out, 0);  // extra field
+}
+
+constexpr std::size_t kMostShortEntries = 0xFFFF;
+
+void put64(std::string& out, std::uint64_t value) {
+  put32(out, static_cast<std::uint32_t>(value & 0xFFFFFFFF));
+  put32(out, static_cast<std::uint32_t>(value >> 32));
+}
+
+void putLongEnd(std::string& out, std::uint64_t count, std::uint64_t size, std::uint64_t offset) {
+  const std::uint64_t end = out.size();
+  put32(out, 0x06064B50);
+  put64(out, 44);  // of what follows
+  put16(out, 45);  // made by
+  put16(out, 45);  // version needed to extract
+  put32(out, 0);   // disk
+  put32(out, 0);   // disk of the directory
+  put64(out, count);
+  put64(out, count);
+  put64(out, size);
+  put64(out, offset);
+  put32(out, 0x07064B50);
+  put32(out, 0);  // disk of the record
+  put64(out, end);
+  put32(out, 1);  // disks
 }
 
 }  // namespace
@@ -74,10 +101,14 @@ std::string zipOf(const std::vector<TestEntry>& entries) {
     out.append(entries[i].name);
   }
   const auto directorySize = static_cast<std::uint32_t>(out.size()) - directory;
+  // Where the count finds no room in 16 bits, the longer record has it.
+  const bool isLong = entries.size() >= kMostShortEntries;
+  if (isLong) putLongEnd(out, entries.size(), directorySize, directory);
+  const auto shortCount = static_cast<std::uint32_t>(isLong ? kMostShortEntries : entries.size());
   put32(out, 0x06054B50);
   put32(out, 0);  // disks
-  put16(out, static_cast<std::uint32_t>(entries.size()));
-  put16(out, static_cast<std::uint32_t>(entries.size()));
+  put16(out, shortCount);
+  put16(out, shortCount);
   put32(out, directorySize);
   put32(out, directory);
   put16(out, 0);  // comment
@@ -162,6 +193,38 @@ TestEntry& entry(std::vector<TestEntry>& entries, std::string_view name) {
     if (present.name == name) return present;
   }
   throw std::logic_error("a test's archive lacks " + std::string(name));
+}
+
+void addPart(std::vector<TestEntry>& entries, const std::string& name, std::string content, std::string_view type) {
+  if (!type.empty()) {
+    TestEntry& types = entry(entries, "[Content_Types].xml");
+    types.content =
+        replaced(types.content, "</Types>",
+                 "<Override PartName=\"/" + name + "\" ContentType=\"" + std::string(type) + "\"/></Types>");
+  }
+  entries.push_back({name, std::move(content)});
+}
+
+void addLink(std::vector<TestEntry>& entries, const std::string& partName, std::string_view id, std::string_view type,
+             std::string_view target, bool isExternal) {
+  const std::string name = makeRelsPath("/" + partName).substr(1);
+  const bool isThere = std::any_of(entries.begin(), entries.end(), [&](const TestEntry& e) { return e.name == name; });
+  if (!isThere) {
+    entries.push_back(
+        {name,
+         R"(<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships"></Relationships>)"});
+  }
+  std::string link = "<Relationship Id=\"";
+  link.append(id).append("\" Type=\"").append(type).append("\" Target=\"").append(target).append("\"");
+  if (isExternal) link.append(" TargetMode=\"External\"");
+  TestEntry& links = entry(entries, name);
+  links.content = replaced(links.content, "</Relationships>", link + "/></Relationships>");
+}
+
+std::vector<std::string> namesOf(std::string_view archive) {
+  std::vector<std::string> names;
+  for (const auto& [name, content] : entriesOf(archive)) names.push_back(name);
+  return names;
 }
 
 std::string saveRaw(Book& book) {

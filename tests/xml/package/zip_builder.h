@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -51,12 +52,22 @@ std::vector<TestEntry> workbookEntries(int sheets = 1);
 // "value" and "name" of nothing but a first occurrence.
 std::string replaced(std::string text, std::string_view what, std::string_view with);
 TestEntry& entry(std::vector<TestEntry>& entries, std::string_view name);
+// Adds a part of a content type; without one the part's extension has to do.
+void addPart(std::vector<TestEntry>& entries, const std::string& name, std::string content, std::string_view type = {});
+// Adds a relationship to the part of this name, which gets its relationships if it has none.
+void addLink(std::vector<TestEntry>& entries, const std::string& partName, std::string_view id, std::string_view type,
+             std::string_view target, bool isExternal = false);
+// The names of an archive's entries, in its order.
+std::vector<std::string> namesOf(std::string_view archive);
 
 struct ReleaseBook {
   void operator()(Book* book) const { book->release(); }
 };
 using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
+inline BookPtr newBook() {
+  return BookPtr(createXmlBook());
+}
 inline bool loadRaw(Book& book, std::string_view archive, int sheetIndex = -1, int firstRow = -1, int lastRow = -1) {
   return book.loadRaw(archive.data(), archive.size(), sheetIndex, firstRow, lastRow);
 }

@@ -168,6 +168,55 @@ TEST(ZipArchives, TenThousandEntriesAreRead) {
   EXPECT_EQ(entriesOf(zipOf(entries)).size(), 10'000U);
 }
 
+// What reading every entry under these limits ends in.
+std::string failureUnder(const PackageLimits& limits, const std::string& archive) {
+  try {
+    ZipReader reader(bytesOf(archive), limits);
+    for (const ZipEntry& entry : reader.entries()) reader.read(entry);
+  } catch (const xlerror& error) {
+    return error.what();
+  }
+  return "ok";
+}
+
+TEST(ZipLimits, EntriesEndAtTheirNumber) {
+  const std::string archive = zipOf({{"a", ""}, {"b", ""}, {"c", ""}});
+  EXPECT_EQ(failureUnder({.entries = 3}, archive), "ok");
+  EXPECT_EQ(failureUnder({.entries = 2}, archive), "zip archive has too many entries");
+}
+
+TEST(ZipLimits, PartsEndAtTheirSize) {
+  const std::string archive = zipOf({{"a", patternOf(1000)}});
+  EXPECT_EQ(failureUnder({.partSize = 1000}, archive), "ok");
+  EXPECT_EQ(failureUnder({.partSize = 999}, archive), "zip entry /a is too large");
+}
+
+TEST(ZipLimits, WhatIsFreeToExpandToHoldsForAllPartsTogether) {
+  const std::string archive = zipOf({{"a", patternOf(1000)}, {"b", patternOf(500)}});
+  EXPECT_EQ(failureUnder({.freeExpansion = 1500, .expansionRatio = 0}, archive), "ok");
+  EXPECT_EQ(failureUnder({.freeExpansion = 1499, .expansionRatio = 0}, archive),
+            "zip archive expands to more than its size allows");
+}
+
+TEST(ZipLimits, BeyondThatTheArchivesSizeCounts) {
+  const std::string content = patternOf(100'000);
+  const std::string archive = zipOf({{"a", content}});
+  const std::uint64_t ratio = content.size() / archive.size();
+  EXPECT_EQ(failureUnder({.freeExpansion = 0, .expansionRatio = ratio + 1}, archive), "ok");
+  EXPECT_EQ(failureUnder({.freeExpansion = 0, .expansionRatio = ratio}, archive),
+            "zip archive expands to more than its size allows");
+}
+
+TEST(ZipLimits, DeflateCantClaimMoreThanItCanDo) {
+  const std::string archive = zipOf({{"a", "text"}});
+  const std::uint64_t compressed = ZipReader(bytesOf(archive)).entries().at(0).compressedSize;
+  const auto claimed = [&](std::uint64_t size) {
+    return failureOf(zipOf({{.name = "a", .content = "text", .size = static_cast<std::uint32_t>(size)}}));
+  };
+  EXPECT_EQ(claimed(compressed * kMaxDeflateRatio), "zip entry /a is damaged");
+  EXPECT_EQ(claimed(compressed * kMaxDeflateRatio + 1), "zip entry /a is damaged: its size can't be true");
+}
+
 // Takes as many bytes as it is told and then fails, as a full disk does.
 class FullOutput final : public platform::OutputStream {
  public:
