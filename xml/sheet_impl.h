@@ -254,9 +254,10 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   // Throws xlerror "col must be in range 0-16383", "row must be in range 0-1048575".
   static void checkCell(int row, int col);
   void readWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
-  // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
-  void settleRows();
-  static void settleCells(Row& row);
+  // Gives rows and cells without a reference theirs, and puts them in order where they aren't. Both answer whether any
+  // cell has a formula.
+  bool settleRows();
+  static bool settleCells(Row& row);
   static void sortRows(SheetData& data);
   void adoptColumnFormats();
   void adoptSharedFormulas();
