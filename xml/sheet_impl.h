@@ -256,9 +256,10 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void readWindow(const char* data, std::size_t size, int firstRow, int lastRow);
   void readWindowOfFile(const std::string& path, int firstRow, int lastRow);
   lmx::elmx_error bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
-  // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
-  void settleRows();
-  static void settleCells(Row& row);
+  // Gives rows and cells without a reference theirs, and puts them in order where they aren't. Both answer whether any
+  // cell has a formula.
+  bool settleRows();
+  static bool settleCells(Row& row);
   static void sortRows(SheetData& data);
   void adoptColumnFormats();
   void adoptSharedFormulas();

@@ -104,7 +104,7 @@ def packed_functions(plan) -> list:
     q = plan.packed.name
     return ["", "namespace {",
             "constexpr lmx::class_hooks k%s_hooks = ooxml::cellHooks<%s, %s>();" % (q, q, plan.qualified),
-            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s>();" % (q, q),
+            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s, %s>();" % (q, q, plan.qualified),
             "}  // namespace", "",
             "const lmx::class_descriptor %s::kDescriptor = {" % q,
             "    .name = %s," % cpp_string(plan.described),
