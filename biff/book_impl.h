@@ -20,6 +20,7 @@
 #include "biff/workbook_globals.h"
 #include "compound/xls.h"
 #include "engine/book.h"
+#include "formula/compile.h"
 #include "platform/output_stream.h"
 #include "platform/text_metrics.h"
 
@@ -104,6 +105,7 @@ class BookImplT final : public IBookT<char16_t> {
   // Gives all formulas, those of names too, the new indexes of the names that they use.
   void renumberNames(const NameMapping& mapping);
   BookFormulaAccess& formulaAccess() { return _formulaAccess; }
+  formula::Compiler& formulaCompiler() { return _formulaCompiler; }
   // Adds a text for a new table row of a sheet, and gives its index.
   std::uint32_t addSharedString(std::u16string_view text);
   // Gives the table row that holds `isst` another text: in place when no other row of the book uses the entry,
@@ -171,6 +173,7 @@ class BookImplT final : public IBookT<char16_t> {
   LinkTable _links;
   NameTable _names;
   BookFormulaAccess _formulaAccess;
+  formula::Compiler _formulaCompiler;
   std::vector<std::uint16_t> _tabIds;
   std::vector<BoundSheet8> _boundSheets;
   std::vector<std::unique_ptr<SheetImplT>> _sheets;

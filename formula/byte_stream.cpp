@@ -1,6 +1,5 @@
 #include "formula/byte_stream.h"
 
-#include <array>
 #include <bit>
 #include <utility>
 
@@ -10,13 +9,6 @@ namespace rubrica::formula {
 namespace {
 
 constexpr char moveError[] = "GetFormula move1 error";
-
-template <typename Value>
-void pushLittleEndian(std::vector<std::uint8_t>& bytes, Value value) {
-  std::array<std::uint8_t, sizeof(Value)> little;
-  for (std::size_t i = 0; i < sizeof(Value); ++i) little[i] = static_cast<std::uint8_t>(value >> (8 * i));
-  bytes.insert(bytes.end(), little.begin(), little.end());
-}
 
 template <typename Value>
 Value littleEndian(std::span<const std::uint8_t> bytes) {
@@ -40,16 +32,6 @@ std::vector<std::uint8_t> ByteStream::release() && {
   _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(_front));
   _front = 0;
   return std::move(_bytes);
-}
-
-void ByteStream::pushInt16(std::uint16_t value) {
-  pushLittleEndian(_bytes, value);
-}
-void ByteStream::pushInt32(std::uint32_t value) {
-  pushLittleEndian(_bytes, value);
-}
-void ByteStream::pushDouble(double value) {
-  pushLittleEndian(_bytes, std::bit_cast<std::uint64_t>(value));
 }
 
 std::uint8_t ByteStream::popByte() {

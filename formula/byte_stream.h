@@ -2,6 +2,7 @@
 // printer. Owns its bytes; copying copies them.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -26,9 +27,19 @@ class ByteStream {
 
   void pushByte(std::uint8_t value) { _bytes.push_back(value); }
   // Low byte first.
-  void pushInt16(std::uint16_t value);
-  void pushInt32(std::uint32_t value);
-  void pushDouble(double value);
+  void pushInt16(std::uint16_t value) {
+    _bytes.push_back(static_cast<std::uint8_t>(value));
+    _bytes.push_back(static_cast<std::uint8_t>(value >> 8));
+  }
+  void pushInt32(std::uint32_t value) {
+    pushInt16(static_cast<std::uint16_t>(value));
+    pushInt16(static_cast<std::uint16_t>(value >> 16));
+  }
+  void pushDouble(double value) {
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    pushInt32(static_cast<std::uint32_t>(bits));
+    pushInt32(static_cast<std::uint32_t>(bits >> 32));
+  }
 
   // Throw xlerror when too few bytes are left, and take nothing then: "GetFormula move1 error" for the byte and the
   // 16-bit value, "ByteStream::popInt32() error", "ByteStream::popDouble() error".

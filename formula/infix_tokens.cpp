@@ -26,23 +26,24 @@ std::size_t delimiterLength(std::u16string_view text) {
   return pair ? 2 : 1;
 }
 
+}  // namespace
+
 // Up to the next delimiter outside quotes. `blanks` is set when there are blanks outside quotes in it.
-std::size_t operandLength(std::u16string_view text, bool& blanks) {
+std::size_t InfixTokens::operandLength(bool& blanks) {
   QuoteState quotes;
-  for (std::size_t length = 0; length < text.size(); ++length) {
-    const CharacterKind kind = kindOf(text[length]);
+  for (std::size_t length = 0; length < _rest.size(); ++length) {
+    const CharacterKind kind = kindOf(_rest[length]);
     if (kind == plain) continue;
     if (kind == quote) {
-      quotes.pass(text[length]);
+      quotes.pass(_rest[length]);
     } else if (!quotes.inside()) {
       if (kind == delimiter) return length;
       blanks = true;
     }
   }
-  return text.size();
+  _endsInsideQuotes = quotes.inside();
+  return _rest.size();
 }
-
-}  // namespace
 
 std::u16string_view InfixTokens::next() {
   while (!_rest.empty() && _rest[0] == u' ') _rest.remove_prefix(1);
@@ -52,7 +53,7 @@ std::u16string_view InfixTokens::next() {
   if (kindOf(_rest[0]) == delimiter) {
     length = delimiterLength(_rest);
   } else {
-    length = operandLength(_rest, blanks);
+    length = operandLength(blanks);
   }
   const std::u16string_view token = _rest.substr(0, length);
   _rest.remove_prefix(length);

@@ -34,12 +34,16 @@ class InfixTokens {
 
   // The text behind the token.
   std::u16string_view rest() const { return _rest; }
+  // Whether the last token begins a quote that the text doesn't end.
+  bool endsInsideQuotes() const { return _endsInsideQuotes; }
 
  private:
+  std::size_t operandLength(bool& blanks);
   std::u16string_view withoutBlanks(std::u16string_view token);
 
   std::u16string_view _rest;
   std::u16string _gathered;
+  bool _endsInsideQuotes = false;
 };
 
 }  // namespace rubrica::formula

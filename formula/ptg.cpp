@@ -32,6 +32,7 @@ std::optional<std::u16string_view> errorText(std::uint8_t code) {
 }
 
 std::optional<std::uint8_t> errorCode(std::u16string_view text) {
+  if (text.empty() || text[0] != u'#') return std::nullopt;
   for (const ErrorRow& row : errors) {
     if (row.text == text) return row.code;
   }

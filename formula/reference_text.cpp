@@ -88,7 +88,38 @@ bool hasSheetCellForm(std::u16string_view text, bool mayBeMarked) {
 
 }  // namespace
 
+namespace {
+
+// The cells that nearly all formulas hold: ASCII letters and few digits, within the sheet. Whatever else there may be
+// is left to the careful reading.
+std::optional<CellText> plainCell(std::u16string_view text) {
+  constexpr std::size_t mostLetters = 2, mostDigits = 5;
+  CellText cell;
+  std::size_t at = 0;
+  const auto takeDollar = [&] { return at < text.size() && text[at] == u'$' ? (++at, true) : false; };
+  cell.address.colRelative = !takeDollar();
+  int column = 0;
+  const std::size_t letters = at;
+  while (at < text.size() && isAsciiLetter(text[at]) && at < letters + mostLetters) {
+    column = column * 26 + (upperCase(text[at++]) - u'A' + 1);
+  }
+  if (at == letters || column > columnCount) return std::nullopt;
+  cell.address.rowRelative = !takeDollar();
+  int row = 0;
+  const std::size_t digits = at;
+  while (at < text.size() && isDigit(text[at]) && at < digits + mostDigits) row = row * 10 + (text[at++] - u'0');
+  if (row < 1 || row > rowCount) return std::nullopt;
+  cell.referenceClass = at < text.size() && text[at] == u'R';
+  if (at + (cell.referenceClass ? 1 : 0) != text.size()) return std::nullopt;
+  cell.address.col = column - 1;
+  cell.address.row = row - 1;
+  return cell;
+}
+
+}  // namespace
+
 std::optional<CellText> parseCell(std::u16string_view text) {
+  if (const auto plain = plainCell(text)) return plain;
   const auto parts = splitCell(text);
   if (!parts) return std::nullopt;
   CellText cell;
