@@ -3,13 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
-#include <string>
-#include <utility>
 
 #include "biff/record_pool.h"
 #include "biff/records/record_ids.h"
 #include "biff/unicode_string.h"
+#include "engine/last_message.h"
 #include "engine/text_converter.h"
 #include "engine/xlerror.h"
 
@@ -19,12 +17,7 @@ namespace rubrica {
 inline constexpr char kNotSupported[] = "not supported";
 inline constexpr char kNotForXls[] = "function is not supported for xls files";
 
-struct BookState {
-  // The book's last message: "ok", a warning, or what went wrong.
-  void setOk() { _message.clear(); }
-  void setMessage(std::string message) { _message = std::move(message); }
-  const char* message() const { return _message.empty() ? "ok" : _message.c_str(); }
-
+struct BookState : LastMessage {
   RecordPool pool;
   TextConverter text;
   bool rgbMode = false;
@@ -40,32 +33,6 @@ struct BookState {
     setOk();
     return wide;
   }
-
- private:
-  std::string _message;
 };
-
-// The body of every public operation that can fail: "ok" first, so that the body may leave a warning; an exception
-// becomes the last message and the operation's failure value.
-template <class Result, class Body>
-Result guarded(BookState& state, Result failure, Body&& body) {
-  try {
-    state.setOk();
-    return body();
-  } catch (const std::exception& error) {
-    state.setMessage(error.what());
-  } catch (...) {
-    state.setMessage("general failure");
-  }
-  return failure;
-}
-
-template <class Body>
-void guarded(BookState& state, Body&& body) {
-  guarded(state, false, [&] {
-    body();
-    return true;
-  });
-}
 
 }  // namespace rubrica

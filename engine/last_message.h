@@ -1,0 +1,60 @@
+// What every book keeps of its last operation, and the frame of every public operation that can fail.
+#pragma once
+
+#include <exception>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace rubrica {
+
+// A book's last message: "ok", a text that begins with "warning: ", or what went wrong.
+class LastMessage {
+ public:
+  // Both short enough to need no memory of their own.
+  static constexpr char kGeneralFailure[] = "general failure";
+  static constexpr char kNoMemory[] = "bad allocation";
+
+  void setOk() { _message.clear(); }
+  void setMessage(std::string message) { _message = std::move(message); }
+  // The same where memory may have run out: a text that finds no room becomes "general failure".
+  void setFailure(const char* message) noexcept {
+    try {
+      _message = message;
+    } catch (...) {
+      _message = kGeneralFailure;
+    }
+  }
+  // Never null; valid until the next change.
+  const char* message() const { return _message.empty() ? "ok" : _message.c_str(); }
+
+ private:
+  std::string _message;
+};
+
+// "ok" first, so that the body may leave a warning; an exception becomes the last message and the operation's failure
+// value.
+template <class Result, class Body>
+Result guarded(LastMessage& last, Result failure, Body&& body) {
+  try {
+    last.setOk();
+    return body();
+  } catch (const std::bad_alloc&) {
+    last.setFailure(LastMessage::kNoMemory);
+  } catch (const std::exception& error) {
+    last.setFailure(error.what());
+  } catch (...) {
+    last.setFailure(LastMessage::kGeneralFailure);
+  }
+  return failure;
+}
+
+template <class Body>
+void guarded(LastMessage& last, Body&& body) {
+  guarded(last, false, [&] {
+    body();
+    return true;
+  });
+}
+
+}  // namespace rubrica
