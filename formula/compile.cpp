@@ -12,7 +12,7 @@ std::span<const std::uint8_t> Compiler::compile(std::u16string_view text, BookAc
   // What begins a quote that nothing ends takes the postfix text behind it in as well, blanks and all.
   if (_builder.endsInsideQuotes()) return compilePostfix(postfixText(items), book, sheetIndex, scope);
   _writer.begin(book, sheetIndex, scope);
-  for (const PostfixItem& item : items) _writer.write(item);
+  _writer.write(items);
   return _writer.tokens();
 }
 

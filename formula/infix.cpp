@@ -28,8 +28,29 @@ std::u16string joinedTokens(std::u16string_view text) {
   return result;
 }
 
-constexpr bool contains(std::u16string_view text, char16_t c) {
-  return text.find(c) != std::u16string_view::npos;
+struct Contents {
+  bool looseBlanks = false;  // those that normalising takes out
+  bool quotedBlanks = false;
+  bool texts = false, names = false;  // double quotes, apostrophes
+};
+
+Contents contentsOf(std::u16string_view text) {
+  constexpr char16_t lastOfInterest = u'\'';
+  Contents contents;
+  bool inText = false, inName = false;
+  for (const char16_t c : text) {
+    if (c > lastOfInterest) continue;
+    if (c == u'"') {
+      inText = !inText;
+      contents.texts = true;
+    } else if (c == u'\'') {
+      inName = !inName;
+      contents.names = true;
+    } else if (c == u' ') {
+      (inText || inName ? contents.quotedBlanks : contents.looseBlanks) = true;
+    }
+  }
+  return contents;
 }
 
 std::u16string_view operationText(std::uint8_t token) {
@@ -56,13 +77,16 @@ std::u16string normalisedFormula(std::u16string_view text) {
 }
 
 std::u16string_view textWithoutBlanks(std::u16string_view text, std::u16string& room) {
-  if (!contains(text, u' ')) {
+  const bool hasBlanks = text.find(u' ') != std::u16string_view::npos;
+  const Contents contents = hasBlanks ? contentsOf(text) : Contents();
+  // Only where one kind of quote stands inside the other can blanks be left.
+  const bool mayLeaveBlanks = contents.quotedBlanks && contents.texts && contents.names;
+  if (!contents.looseBlanks && !mayLeaveBlanks) {
     if (text.starts_with(u'=')) text.remove_prefix(1);
     return text;
   }
   normalise(text, room);
-  // Only where one kind of quote stands inside the other can blanks be left.
-  if (contains(room, u'"') && contains(room, u'\'')) room = joinedTokens(room);
+  if (mayLeaveBlanks) room = joinedTokens(room);
   return room;
 }
 
@@ -75,6 +99,9 @@ std::u16string postfixText(std::span<const PostfixItem> items) {
       case PostfixItem::Kind::operation:
         text += operationText(item.token);
         break;
+      case PostfixItem::Kind::integer:
+      case PostfixItem::Kind::cell:
+      case PostfixItem::Kind::area:
       case PostfixItem::Kind::operand:
         text += item.text;
         if (item.marked) text += postfix::kReferenceMark;

@@ -101,7 +101,7 @@ void appendFunctionItem(std::u16string& text, const FunctionRow& function, unsig
 
 bool readsBackAsItself(const FunctionRow& function) {
   return std::none_of(std::begin(namesWithDigits), std::end(namesWithDigits), [&](std::u16string_view name) {
-    return name.size() > function.name.size() && name.starts_with(function.name);
+    return name.size() > function.name.size() && isDigit(name[function.name.size()]) && name.starts_with(function.name);
   });
 }
 

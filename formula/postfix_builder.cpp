@@ -1,6 +1,9 @@
 #include "formula/postfix_builder.h"
 
+#include <limits>
+
 #include "engine/xlerror.h"
+#include "formula/characters.h"
 #include "formula/postfix.h"
 #include "formula/ptg.h"
 #include "formula/reference_text.h"
@@ -18,66 +21,63 @@ const FunctionRow* calledFunction(std::u16string_view token, std::u16string_view
   return rest.empty() || rest[0] == u'(' ? row : nullptr;
 }
 
-}  // namespace
-
-PostfixBuilder::Precedence PostfixBuilder::precedenceOf(std::uint8_t operatorToken) {
-  switch (operatorToken) {
-    case ptg::Concat:
-      return concatPrecedence;
-    case ptg::Eq:
-    case ptg::Ne:
-      return equalPrecedence;
-    case ptg::Lt:
-    case ptg::Le:
-    case ptg::Gt:
-    case ptg::Ge:
-      return lessPrecedence;
-    case ptg::Add:
-    case ptg::Sub:
-      return addPrecedence;
-    case ptg::Mul:
-    case ptg::Div:
-      return multiplyPrecedence;
-    default:
-      return powerPrecedence;
-  }
+bool endsOperand(std::u16string_view text, std::size_t at) {
+  return at == text.size() || infixKindOf(text[at]) == InfixKind::delimiter;
 }
 
+}  // namespace
+
 std::span<const PostfixItem> PostfixBuilder::build(std::u16string_view text) {
-  _tokens = InfixTokens(text);
+  _tokens.restart(text);
   _items.clear();
   _stack.clear();
   _calls.clear();
   _hasOperand = _callBegins = false;
-  for (auto token = _tokens.next(); !token.empty(); token = _tokens.next()) {
-    countArgument(token[0]);
-    switch (token[0]) {
-      case u'%':
-        put(ptg::Percent);
-        break;
-      case u'(':
-        openParenthesis();
-        break;
-      case u')':
-        closeParenthesis();
-        break;
-      case u',':
-      case u';':
-        separator();
-        break;
-      default:
-        if (const auto operatorToken = binaryOperatorToken(token)) {
-          binaryOrSign(*operatorToken);
-        } else if (const FunctionRow* const function = calledFunction(token, _tokens.rest())) {
-          openCall(*function);
-        } else {
-          operand(token);
-        }
+  while (!_tokens.rest().empty()) {
+    const char16_t first = _tokens.rest()[0];
+    countArgument(first);
+    if (infixKindOf(first) == InfixKind::delimiter) {
+      delimiter(_tokens.takeDelimiter());
+    } else if (!plainReference() && !integer()) {  // no function has a name of either form
+      nameOrOperand(_tokens.next());
     }
   }
   if (!_calls.empty()) throw xlerror(missingParentheses);
   while (!_stack.empty()) popToOutput();
   return _items;
+}
+
+void PostfixBuilder::delimiter(std::u16string_view token) {
+  switch (token[0]) {
+    case u'%':
+      return put(ptg::Percent);
+    case u'(':
+      return openParenthesis();
+    case u')':
+      return closeParenthesis();
+    case u',':
+    case u';':
+      return separator();
+    case u'+':
+      return binaryOrSign(ptg::Add, ptg::Uplus);
+    case u'-':
+      return binaryOrSign(ptg::Sub, ptg::Uminus);
+    case u'*':
+      return binary(ptg::Mul, multiplyPrecedence);
+    case u'/':
+      return binary(ptg::Div, multiplyPrecedence);
+    case u'^':
+      return binary(ptg::Power, powerPrecedence);
+    case u'&':
+      return binary(ptg::Concat, concatPrecedence);
+    case u'=':
+      return binary(ptg::Eq, equalPrecedence);
+    case u'<':
+      if (token.size() == 1) return binary(ptg::Lt, lessPrecedence);
+      return token[1] == u'=' ? binary(ptg::Le, lessPrecedence) : binary(ptg::Ne, equalPrecedence);
+    case u'>':
+      return token.size() == 1 ? binary(ptg::Gt, lessPrecedence) : binary(ptg::Ge, lessPrecedence);
+  }
 }
 
 void PostfixBuilder::popToOutput() {
@@ -100,8 +100,60 @@ void PostfixBuilder::countArgument(char16_t first) {
   }
 }
 
+bool PostfixBuilder::integer() {
+  constexpr std::size_t mostDigits = 5;
+  const std::u16string_view rest = _tokens.rest();
+  std::size_t length = 0;
+  unsigned value = 0;
+  for (; length < rest.size() && length < mostDigits && isDigit(rest[length]); ++length) {
+    value = value * 10 + (rest[length] - u'0');
+  }
+  if (length == 0 || !endsOperand(rest, length) || value > std::numeric_limits<std::uint16_t>::max()) return false;
+  plainOperand(PostfixItem::Kind::integer, length).first = static_cast<std::uint16_t>(value);
+  return true;
+}
+
+bool PostfixBuilder::plainReference() {
+  std::u16string_view rest = _tokens.rest();
+  const PlainCell first = takePlainCell(rest);
+  if (!first.found) return false;
+  const bool isArea = !rest.empty() && rest[0] == u':';
+  PlainCell last = first;
+  if (isArea) {
+    rest.remove_prefix(1);
+    last = takePlainCell(rest);
+    if (!last.found) return false;
+  }
+  if (!endsOperand(rest, 0)) return false;
+  const std::size_t length = _tokens.rest().size() - rest.size();
+  PostfixItem& item = plainOperand(isArea ? PostfixItem::Kind::area : PostfixItem::Kind::cell, length);
+  item.marked = takesReference() && !last.marked;
+  item.first = first.row;
+  item.second = isArea ? last.row : first.columnWord;
+  item.third = first.columnWord;
+  item.fourth = last.columnWord;
+  return true;
+}
+
+PostfixItem& PostfixBuilder::plainOperand(PostfixItem::Kind kind, std::size_t length) {
+  PostfixItem& item = _items.emplace_back();
+  item.kind = kind;
+  item.text = _tokens.rest().substr(0, length);
+  _tokens.drop(length);
+  _hasOperand = true;
+  return item;
+}
+
+void PostfixBuilder::nameOrOperand(std::u16string_view text) {
+  if (const FunctionRow* const function = calledFunction(text, _tokens.rest())) {
+    openCall(*function);
+  } else {
+    operand(text);
+  }
+}
+
 void PostfixBuilder::operand(std::u16string_view text) {
-  const bool marked = !_calls.empty() && _calls.back().takesReference() && hasReferenceForm(text);
+  const bool marked = takesReference() && hasReferenceForm(text);
   _items.push_back({.kind = PostfixItem::Kind::operand, .marked = marked, .text = text});
   _hasOperand = true;
 }
@@ -157,16 +209,15 @@ void PostfixBuilder::separator() {
   _hasOperand = false;
 }
 
-void PostfixBuilder::binaryOrSign(std::uint8_t operatorToken) {
-  const bool isSign = !_hasOperand && (operatorToken == ptg::Sub || operatorToken == ptg::Add);
-  const Precedence precedence = precedenceOf(operatorToken);
+void PostfixBuilder::binary(std::uint8_t operatorToken, Precedence precedence) {
   if (_hasOperand) popNotBelow(precedence);
-  if (isSign) {
-    _stack.push_back({.precedence = unaryPrecedence, .token = operatorToken == ptg::Sub ? ptg::Uminus : ptg::Uplus});
-  } else {
-    _stack.push_back({.precedence = precedence, .token = operatorToken});
-  }
+  _stack.push_back({.precedence = precedence, .token = operatorToken});
   _hasOperand = false;
+}
+
+void PostfixBuilder::binaryOrSign(std::uint8_t operatorToken, std::uint8_t sign) {
+  if (_hasOperand) return binary(operatorToken, addPrecedence);
+  _stack.push_back({.precedence = unaryPrecedence, .token = sign});
 }
 
 }  // namespace rubrica::formula

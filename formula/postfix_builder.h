@@ -13,20 +13,25 @@
 
 namespace rubrica::formula {
 
-// One item of a formula in postfix order.
+// One item of a formula in postfix order. What nearly all operands are is read as soon as it is met; what others are,
+// if anything, is the token writer's to find out.
 struct PostfixItem {
   enum class Kind : std::uint8_t {
     operation,  // `token` is the whole token: an operator, a sign, a percent sign, parentheses
-    operand,    // `text`, a part of the formula
+    integer,    // an operand: `first` as PtgInt has it
+    cell,       // an operand: row and column word in `first` and `second`
+    area,       // an operand: first and last row, first and last column word
+    operand,    // any other
     call,       // `function` with `count` arguments
   };
 
   Kind kind = Kind::operation;
   std::uint8_t token = 0;
   bool marked = false;  // an operand of the form of a reference where its function takes references
+  std::uint16_t first = 0, second = 0, third = 0, fourth = 0;
   std::uint32_t count = 0;
   const FunctionRow* function = nullptr;
-  std::u16string_view text = {};
+  std::u16string_view text = {};  // of an operand, a part of the formula
 };
 
 class PostfixBuilder {
@@ -69,19 +74,25 @@ class PostfixBuilder {
     unsigned count() const { return separators + (begunWithArgument ? 1 : 0); }
   };
 
-  static Precedence precedenceOf(std::uint8_t operatorToken);
-
+  void delimiter(std::u16string_view token);
   void put(std::uint8_t token) { _items.push_back({.kind = PostfixItem::Kind::operation, .token = token}); }
   void popToOutput();
   void popNotBelow(Precedence precedence);
+  bool takesReference() const { return !_calls.empty() && _calls.back().takesReference(); }
   void countArgument(char16_t first);
+  // Take what nearly all operands are off the rest of the text, or answer false.
+  bool integer();
+  bool plainReference();
+  PostfixItem& plainOperand(PostfixItem::Kind kind, std::size_t length);
   void operand(std::u16string_view text);
+  void nameOrOperand(std::u16string_view text);
   void openCall(const FunctionRow& function);
   void closeCall();
   void openParenthesis();
   void closeParenthesis();
   void separator();
-  void binaryOrSign(std::uint8_t operatorToken);
+  void binary(std::uint8_t operatorToken, Precedence precedence);
+  void binaryOrSign(std::uint8_t operatorToken, std::uint8_t sign);
   bool enclosingCallsClose() const;
 
   InfixTokens _tokens{{}};

@@ -15,11 +15,6 @@ constexpr ErrorRow errors[] = {
 
 }  // namespace
 
-std::uint16_t columnWord(const CellAddress& address) {
-  return static_cast<std::uint16_t>((address.col & kColumnBits) | (address.colRelative ? kColumnRelative : 0) |
-                                    (address.rowRelative ? kRowRelative : 0));
-}
-
 CellAddress addressFromWords(std::uint16_t row, std::uint16_t columnWord) {
   return {row, columnWord & kColumnBits, (columnWord & kRowRelative) != 0, (columnWord & kColumnRelative) != 0};
 }

@@ -5,12 +5,10 @@
 
 #include "engine/xlerror.h"
 #include "formula/characters.h"
+#include "formula/ptg.h"
 
 namespace rubrica::formula {
 namespace {
-
-constexpr int columnCount = 256;
-constexpr int rowCount = 65536;
 
 // The pieces of a text of the form $A$1R.
 struct CellParts {
@@ -54,7 +52,7 @@ int columnFromLetters(std::u16string_view letters) {
   int sum = 0;
   for (const char16_t letter : letters) {
     sum = sum * 26 + (upperCase(letter) - u'A' + 1);
-    if (sum > columnCount || !isAsciiLetter(letter)) throw xlerror("Column is out of range");
+    if (sum > kColumnCount || !isAsciiLetter(letter)) throw xlerror("Column is out of range");
   }
   return sum - 1;
 }
@@ -67,7 +65,7 @@ int rowFromDigits(std::u16string_view digits) {
       throw xlerror("MakeFormula::isReference: can't convert string to number");
     }
   }
-  if (value < 1 || value > rowCount) throw xlerror("Row is out of range");
+  if (value < 1 || value > kRowCount) throw xlerror("Row is out of range");
   return static_cast<int>(value - 1);
 }
 
@@ -88,38 +86,11 @@ bool hasSheetCellForm(std::u16string_view text, bool mayBeMarked) {
 
 }  // namespace
 
-namespace {
-
-// The cells that nearly all formulas hold: ASCII letters and few digits, within the sheet. Whatever else there may be
-// is left to the careful reading.
-std::optional<CellText> plainCell(std::u16string_view text) {
-  constexpr std::size_t mostLetters = 2, mostDigits = 5;
-  CellText cell;
-  std::size_t at = 0;
-  const auto takeDollar = [&] { return at < text.size() && text[at] == u'$' ? (++at, true) : false; };
-  cell.address.colRelative = !takeDollar();
-  int column = 0;
-  const std::size_t letters = at;
-  while (at < text.size() && isAsciiLetter(text[at]) && at < letters + mostLetters) {
-    column = column * 26 + (upperCase(text[at++]) - u'A' + 1);
-  }
-  if (at == letters || column > columnCount) return std::nullopt;
-  cell.address.rowRelative = !takeDollar();
-  int row = 0;
-  const std::size_t digits = at;
-  while (at < text.size() && isDigit(text[at]) && at < digits + mostDigits) row = row * 10 + (text[at++] - u'0');
-  if (row < 1 || row > rowCount) return std::nullopt;
-  cell.referenceClass = at < text.size() && text[at] == u'R';
-  if (at + (cell.referenceClass ? 1 : 0) != text.size()) return std::nullopt;
-  cell.address.col = column - 1;
-  cell.address.row = row - 1;
-  return cell;
-}
-
-}  // namespace
-
 std::optional<CellText> parseCell(std::u16string_view text) {
-  if (const auto plain = plainCell(text)) return plain;
+  std::u16string_view rest = text;
+  if (const PlainCell plain = takePlainCell(rest); plain.found && rest.empty()) {
+    return CellText{addressFromWords(plain.row, plain.columnWord), plain.marked};
+  }
   const auto parts = splitCell(text);
   if (!parts) return std::nullopt;
   CellText cell;

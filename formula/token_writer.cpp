@@ -28,6 +28,11 @@ std::uint8_t referenceOrValue(std::uint8_t token, bool reference) {
 // First byte and payload of a PtgArea.
 constexpr std::size_t areaTokenSize = 9;
 
+// The functions whose calls have a form of their own.
+constexpr std::uint16_t offsetFunction = 78;
+constexpr std::uint16_t todayFunction = 221;
+constexpr std::uint16_t sumProductFunction = 228;
+
 // The value that a stream extracts from digits and full stops.
 double extractedNumber(std::u16string_view item) {
   std::string digits;
@@ -57,34 +62,51 @@ void TokenWriter::begin(BookAccess& book, int sheetIndex, int scope) {
   _ranges.clear();
 }
 
-void TokenWriter::write(const PostfixItem& item) {
-  switch (item.kind) {
-    case PostfixItem::Kind::operation:
-      _stream.pushByte(item.token);
-      break;
-    case PostfixItem::Kind::operand:
-      if (item.marked) {
-        _text.assign(item.text) += postfix::kReferenceMark;
-        write(_text);
-      } else {
-        write(item.text);
+void TokenWriter::write(std::span<const PostfixItem> items) {
+  for (const PostfixItem& item : items) {
+    switch (item.kind) {
+      case PostfixItem::Kind::operation:
+        _stream.pushByte(item.token);
+        break;
+      case PostfixItem::Kind::integer:
+        _stream.pushAll(std::uint8_t{ptg::Int}, item.first);
+        break;
+      case PostfixItem::Kind::cell: {
+        const bool reference = item.marked || item.text.back() == postfix::kReferenceMark;
+        _stream.pushAll(referenceOrValue(ptg::Ref, reference), item.first, item.second);
+        break;
       }
-      break;
-    case PostfixItem::Kind::call:
-      if (readsBackAsItself(*item.function)) {
-        pushCall(item.function->name, item.function->number, static_cast<int>(item.count));
-      } else {
-        _text.clear();
-        appendFunctionItem(_text, *item.function, item.count);
-        write(_text);
-      }
+      case PostfixItem::Kind::area:
+        _ranges.push_back(_stream.size());
+        _stream.pushAll(std::uint8_t{ptg::Area}, item.first, item.second, item.third, item.fourth);
+        break;
+      case PostfixItem::Kind::operand:
+        writeOperand(item);
+        break;
+      case PostfixItem::Kind::call:
+        writeCall(item);
+    }
   }
 }
 
+void TokenWriter::writeOperand(const PostfixItem& item) {
+  if (!item.marked) return write(item.text);
+  _text.assign(item.text) += postfix::kReferenceMark;
+  write(_text);
+}
+
+void TokenWriter::writeCall(const PostfixItem& item) {
+  if (readsBackAsItself(*item.function)) return pushCall(item.function->number, static_cast<int>(item.count));
+  _text.clear();
+  appendFunctionItem(_text, *item.function, item.count);
+  write(_text);
+}
+
 void TokenWriter::write(std::u16string_view item) {
-  const bool written = writeOperator(item) || writeNumber(item) || writeBoolean(item) || writeFunction(item) ||
-                       writeCell(item) || writeSheetCell(item) || writeSheetRange(item) || writeRange(item) ||
-                       writeString(item) || writeRangeOfSheets(item) || writeError(item) || writeName(item);
+  // What is a text is nothing else that comes before texts.
+  const bool written = writeString(item) || writeOperator(item) || writeNumber(item) || writeBoolean(item) ||
+                       writeFunction(item) || writeCell(item) || writeSheetCell(item) || writeSheetRange(item) ||
+                       writeRange(item) || writeRangeOfSheets(item) || writeError(item) || writeName(item);
   if (!written) throw xlerror("incorrect token in formula");
 }
 
@@ -141,24 +163,23 @@ bool TokenWriter::writeBoolean(std::u16string_view item) {
 bool TokenWriter::writeFunction(std::u16string_view item) {
   const auto function = functionItem(item);
   if (!function) return false;
-  pushCall(function->name, function->number, function->count);
+  pushCall(function->number, function->count);
   return true;
 }
 
-void TokenWriter::pushCall(std::u16string_view name, std::uint16_t number, int count) {
+void TokenWriter::pushCall(std::uint16_t number, int count) {
   // A call over nothing but plain ranges keeps their class; as soon as it computes with them they become arrays.
   const bool computes = _stream.size() > areaTokenSize * static_cast<std::size_t>(count);
-  if (name == u"TODAY") {
+  if (number == todayFunction) {
     _stream.pushByte(ptg::Attr);
     _stream.pushByte(attr::Volatile);
     _stream.pushInt16(0);
     _stream.pushByte(valueOf(ptg::Func));
   } else {
-    _stream.pushByte(referenceOrValue(ptg::FuncVar, name == u"OFFSET"));
-    if (name == u"SUMPRODUCT" && computes) {
+    if (number == sumProductFunction && computes) {
       for (const std::size_t position : _ranges) _stream[position] = arrayOf(ptg::Area);
     }
-    _stream.pushByte(static_cast<std::uint8_t>(count));
+    _stream.pushAll(referenceOrValue(ptg::FuncVar, number == offsetFunction), static_cast<std::uint8_t>(count));
   }
   _stream.pushInt16(number);
   _ranges.clear();

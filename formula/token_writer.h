@@ -21,7 +21,7 @@ class TokenWriter {
  public:
   // Forgets what was written and begins a formula of this book, sheet and scope.
   void begin(BookAccess& book, int sheetIndex, int scope);
-  void write(const PostfixItem& item);
+  void write(std::span<const PostfixItem> items);
   // An item as it stands in postfix text. Tries what it can be in a fixed order; the first kind that accepts the item
   // writes its bytes.
   void write(std::u16string_view item);
@@ -29,6 +29,8 @@ class TokenWriter {
   std::span<const std::uint8_t> tokens() const { return _stream.bytes(); }
 
  private:
+  void writeOperand(const PostfixItem& item);
+  void writeCall(const PostfixItem& item);
   bool writeOperator(std::u16string_view item);
   bool writeNumber(std::u16string_view item);
   bool writeBoolean(std::u16string_view item);
@@ -42,7 +44,7 @@ class TokenWriter {
   bool writeError(std::u16string_view item);
   bool writeName(std::u16string_view item);
 
-  void pushCall(std::u16string_view name, std::uint16_t number, int count);
+  void pushCall(std::uint16_t number, int count);
   void pushCell(const CellAddress& address);
   void pushRange(const RangeText& range);
   std::optional<std::uint16_t> sheetOf(std::u16string_view sheetText);
