@@ -20,6 +20,7 @@
 #include "biff/workbook_globals.h"
 #include "compound/xls.h"
 #include "engine/book.h"
+#include "formula/compile.h"
 #include "officeart/drawing_group.h"
 #include "platform/output_stream.h"
 #include "platform/text_metrics.h"
@@ -105,6 +106,7 @@ class BookImplT final : public IBookT<char16_t> {
   // Gives all formulas, those of names too, the new indexes of the names that they use.
   void renumberNames(const NameMapping& mapping);
   BookFormulaAccess& formulaAccess() { return _formulaAccess; }
+  formula::Compiler& formulaCompiler() { return _formulaCompiler; }
   const officeart::DrawingGroup& drawings() const { return _drawings; }
   // The same for a change, with the ids of all sheets' shapes known to it.
   officeart::DrawingGroup& changeDrawings();
@@ -179,6 +181,7 @@ class BookImplT final : public IBookT<char16_t> {
   LinkTable _links;
   NameTable _names;
   BookFormulaAccess _formulaAccess;
+  formula::Compiler _formulaCompiler;
   std::vector<std::uint16_t> _tabIds;
   std::vector<BoundSheet8> _boundSheets;
   mutable FoldedIndex _sheetsByName;
