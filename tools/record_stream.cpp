@@ -68,6 +68,7 @@ class Splitter {
   void place(RawStreamRecord& record) {
     if (record.recordId == id::kBof && _depth++ == 0) ++_substream;
     record.substream = _depth > 0 ? _substream : -1;
+    record.depth = _depth;
     _stream.records.push_back(record);
     if (_depth == 0) {
       _stream.damage.push_back("the " + recordName(record.recordId) + " record" + at(record.offset) +

@@ -16,7 +16,8 @@ struct RawStreamRecord {
   std::uint64_t offset = 0;  // of its header in the workbook stream
   std::uint16_t recordId = 0;
   std::uint16_t statedSize = 0;
-  int substream = 0;                // 0 the globals, 1 the first sheet and so on; -1 outside all of them
+  int substream = 0;  // 0 the globals, 1 the first sheet and so on; -1 outside all of them
+  int depth = 0;      // 1 in the substream itself, more within one nested in it, such as an embedded chart
   std::span<const std::byte> body;  // within the stream's bytes; shorter than stated where the stream ends
 
   std::uint16_t word(std::size_t at) const;  // little-endian; 0 past the end
