@@ -28,7 +28,7 @@ inline std::string quoted(const std::string& word) {
 inline ToolResult runTool(const std::string& tool, const std::vector<std::string>& words) {
   const TemporaryDirectory directory;
   const auto out = directory.file("out"), err = directory.file("err");
-  std::string command = quoted(std::string(RUBRICA_TOOLS_DIR) + "/" + tool);
+  std::string command = quoted(tool == "omnis-run" ? RUBRICA_OMNIS_RUN : std::string(RUBRICA_TOOLS_DIR) + "/" + tool);
   for (const std::string& word : words) command += " " + quoted(word);
   command += " >" + quoted(out.string()) + " 2>" + quoted(err.string());
   const int status = std::system(command.c_str());
