@@ -1,6 +1,5 @@
 // The manual page of each tool and its --help name the same options.
 #include <filesystem>
-#include <regex>
 #include <set>
 
 #include "tests/tools/tool_runner.h"
@@ -10,19 +9,22 @@ namespace {
 
 class ManPage : public testing::TestWithParam<const char*> {
  protected:
-  static std::set<std::string> optionsIn(const std::string& text) {
+  // Words that begin with two hyphens. In a page a hyphen that is typed has a backslash.
+  static std::set<std::string> optionsIn(std::string text) {
+    std::erase(text, '\\');
     std::set<std::string> options;
-    static const std::regex kOption("--[a-z][a-z0-9-]*");
-    for (std::sregex_iterator at(text.begin(), text.end(), kOption), end; at != end; ++at) options.insert(at->str());
+    for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos;) {
+      const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
+      options.insert(text.substr(at, end - at));
+      at = std::min(end, text.size());
+    }
     return options;
   }
   static std::string page() { return readText(std::string(RUBRICA_SOURCE_DIR) + "/docs/man/" + GetParam() + ".1"); }
-  // The options of the page's section of that name, with its hyphens as they are typed.
   static std::set<std::string> optionsOfPage() {
     const std::string text = page();
     const std::size_t start = text.find(".SH OPTIONS");
-    const std::string section = text.substr(start, text.find("\n.SH", start + 1) - start);
-    return optionsIn(std::regex_replace(section, std::regex(R"(\\-)"), "-"));
+    return optionsIn(text.substr(start, text.find("\n.SH", start + 1) - start));
   }
 };
 
