@@ -1,11 +1,17 @@
 #include "biff/book_formula_access.h"
 
+#include <algorithm>
+
 #include "biff/book_impl.h"
 #include "formula/ptg.h"
 #include "formula/sheet_text.h"
 #include "platform/text.h"
 
 namespace rubrica {
+
+namespace {
+constexpr std::uint16_t kWholeBook = 0;  // the scope of a name that is no sheet's
+}
 
 std::optional<std::uint16_t> BookFormulaAccess::externSheetIndex(std::u16string_view sheetName) {
   if (const auto position = _book->findSheet(sheetName)) return _book->links().selfReference(*position, *position);
@@ -20,18 +26,15 @@ std::optional<std::uint16_t> BookFormulaAccess::externSheetIndex(std::u16string_
 
 // The name of the formula's own sheet goes before that of the book, and that before those of other sheets.
 std::optional<std::uint32_t> BookFormulaAccess::findName(std::u16string_view name, int sheetIndex, int /*scope*/) {
-  std::optional<std::uint32_t> best;
-  int bestRank = 0;
-  const auto& names = _book->names().names();
-  for (std::uint32_t i = 0; i < names.size(); ++i) {
-    if (!sameNameIgnoringCase(names[i].displayName(), name)) continue;
-    const int rank = names[i].itab == sheetIndex + 1 ? 3 : names[i].itab == 0 ? 2 : 1;
-    if (rank > bestRank) {
-      best = i;
-      bestRank = rank;
-    }
+  const NameTable& table = _book->names();
+  for (const std::uint16_t itab : {Lbl::scopeOf(sheetIndex), kWholeBook}) {
+    if (const auto found = table.find(name, itab)) return static_cast<std::uint32_t>(*found);
   }
-  return best;
+  const auto& names = table.names();
+  const auto found = std::find_if(names.begin(), names.end(),
+                                  [&](const Lbl& entry) { return sameNameIgnoringCase(entry.displayName(), name); });
+  if (found == names.end()) return std::nullopt;
+  return static_cast<std::uint32_t>(found - names.begin());
 }
 
 std::optional<std::u16string> BookFormulaAccess::nameText(std::uint32_t index) const {

@@ -123,6 +123,8 @@ class BookImplT final : public IBookT<char16_t> {
   // The present name of the sheet at a position, whether the sheet is loaded or not.
   std::u16string_view boundSheetName(int position) const;
   std::optional<int> findSheet(std::u16string_view name) const;
+  // To be called when a sheet got another name or place.
+  void forgetSheetNames() { _sheetsByName.clear(); }
   // The name as a sheet may bear it: cut to 31 characters, with a warning left for the end of the operation. Throws the
   // messages about names; `except` is the sheet that may have the name already.
   std::u16string usableSheetName(Text name, const SheetImplT* except);
@@ -173,6 +175,7 @@ class BookImplT final : public IBookT<char16_t> {
   BookFormulaAccess _formulaAccess;
   std::vector<std::uint16_t> _tabIds;
   std::vector<BoundSheet8> _boundSheets;
+  mutable FoldedIndex _sheetsByName;
   std::vector<std::unique_ptr<SheetImplT>> _sheets;
   std::vector<RawRecord> _xfExts, _hfPictures;
   std::vector<RawRecord> _drawingGroup;    // MsoDrawingGroup with its CONTINUE records

@@ -53,6 +53,7 @@ bool BookImplT::loadFile(Text filename, const LoadOptions& options) {
 void BookImplT::clearForLoad() {
   _sheets.clear();
   _boundSheets.clear();
+  forgetSheetNames();
   _styles.clear();
   _sst.clear();
   _extSst = {};

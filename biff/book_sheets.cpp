@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "biff/book_impl.h"
+#include "engine/make_room.h"
 
 namespace rubrica {
 namespace {
@@ -24,12 +25,13 @@ std::u16string_view BookImplT::boundSheetName(int position) const {
 }
 
 std::optional<int> BookImplT::findSheet(std::u16string_view name) const {
-  for (std::size_t i = 0; i < _boundSheets.size(); ++i) {
-    const std::u16string_view present =
-        i < _sheets.size() ? std::u16string_view(_sheets[i]->currentName()) : _boundSheets[i].name.view();
-    if (sameNameIgnoringCase(present, name)) return static_cast<int>(i);
+  while (_sheetsByName.size() < _boundSheets.size()) {
+    const std::size_t next = _sheetsByName.size();
+    _sheetsByName.add(next < _sheets.size() ? std::u16string_view(_sheets[next]->currentName())
+                                            : _boundSheets[next].name.view());
   }
-  return std::nullopt;
+  const auto found = _sheetsByName.find(name);
+  return found ? std::optional<int>(static_cast<int>(*found)) : std::nullopt;
 }
 
 int BookImplT::positionOf(const SheetImplT& sheet) const {
@@ -81,8 +83,12 @@ ISheetT<char16_t>* BookImplT::insertSheetAt(int index, Text name, ISheetT<char16
   sheet->setA1Mode(!_refR1C1);
   const int sourcePosition = source == nullptr ? -1 : positionOf(*source);
   SheetImplT* made = sheet.get();
+  makeRoom(_boundSheets);
+  makeRoom(_sheets);
+  makeRoom(_tabIds);
   _boundSheets.insert(_boundSheets.begin() + index, bound);
   _sheets.insert(_sheets.begin() + index, std::move(sheet));
+  if (made != _sheets.back().get()) forgetSheetNames();
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
   renumberSheets(shifted);
   if (sourcePosition >= 0) cloneNames(shifted(sourcePosition), index);
@@ -146,6 +152,7 @@ bool BookImplT::moveSheet(int srcIndex, int dstIndex) {
     };
     moveIn(_boundSheets);
     moveIn(_sheets);
+    forgetSheetNames();
     const int target = srcIndex < dstIndex ? dstIndex - 1 : dstIndex;
     const auto moved = [=](int position) {
       if (position == srcIndex) return target;
@@ -171,6 +178,7 @@ bool BookImplT::delSheet(int index) {
     renumberSheets(without);
     _boundSheets.erase(_boundSheets.begin() + index);
     _sheets.erase(_sheets.begin() + index);
+    forgetSheetNames();
     forgetStringUse();
     activate(std::min<int>(_globals.window1.itabCur, count - 2));
     rebuildTabIds();

@@ -21,6 +21,11 @@ std::uint16_t declaredSize(std::size_t size) {
   return static_cast<std::uint16_t>(size >= kMaxRecordSize ? kMaxRecordSize - 1 : size);
 }
 
+// What a built-in name is entered under besides its text.
+std::u16string codeName(std::u16string_view code) {
+  return u'\0' + std::u16string(code);
+}
+
 NameMapping identity(std::size_t count) {
   NameMapping mapping(count);
   std::iota(mapping.begin(), mapping.end(), 0u);
@@ -32,22 +37,6 @@ NameMapping identity(std::size_t count) {
 std::u16string_view Lbl::displayName() const {
   if (builtIn() && name.cch == 1 && name.text[0] < std::size(kBuiltInNames)) return kBuiltInNames[name.text[0]];
   return name.view();
-}
-
-namespace {
-// The capital of a letter; the Greek and Cyrillic rows too, which sheet names of real books hold.
-char16_t capital(char16_t c) {
-  const bool latin = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
-  if (latin || (c >= 0x3B1 && c <= 0x3C9 && c != 0x3C2) || (c >= 0x430 && c <= 0x44F))
-    return static_cast<char16_t>(c - 0x20);
-  if (c >= 0x450 && c <= 0x45F) return static_cast<char16_t>(c - 0x50);
-  return c;
-}
-}  // namespace
-
-bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return capital(x) == capital(y); });
 }
 
 void NameTable::read(Xls& xls, std::uint16_t size, BookState& state) {
@@ -95,20 +84,24 @@ void NameTable::write(Xls& xls) const {
   }
 }
 
-std::optional<std::size_t> NameTable::find(std::u16string_view name, std::uint16_t itab) const {
-  for (std::size_t i = 0; i < _names.size(); ++i) {
-    if (_names[i].itab == itab && sameNameIgnoringCase(_names[i].displayName(), name)) return i;
+// A built-in name is found by its code too; no other name begins with such a character.
+void NameTable::indexNewNames() const {
+  while (_index.size() < _names.size()) {
+    const Lbl& name = _names[_index.size()];
+    _index.add(name.displayName(), name.itab);
+    if (name.builtIn()) _index.addAlias(codeName(name.name.view()), name.itab);
   }
-  return std::nullopt;
+}
+
+std::optional<std::size_t> NameTable::find(std::u16string_view name, std::uint16_t itab) const {
+  indexNewNames();
+  return _index.find(name, itab);
 }
 
 std::optional<std::size_t> NameTable::find(BuiltInName name, std::uint16_t itab) const {
+  indexNewNames();
   const char16_t code = static_cast<char16_t>(name);
-  for (std::size_t i = 0; i < _names.size(); ++i) {
-    const Lbl& entry = _names[i];
-    if (entry.itab == itab && entry.builtIn() && entry.name.view() == std::u16string_view(&code, 1)) return i;
-  }
-  return std::nullopt;
+  return _index.find(codeName({&code, 1}), itab);
 }
 
 NameMapping NameTable::remove(const std::function<bool(const Lbl&)>& goes) {
@@ -121,6 +114,7 @@ NameMapping NameTable::remove(const std::function<bool(const Lbl&)>& goes) {
     kept.push_back(std::move(_names[i]));
   }
   _names = std::move(kept);
+  _index.clear();
   return mapping;
 }
 
@@ -129,6 +123,7 @@ NameMapping NameTable::renumberSheets(const std::function<int(int)>& mapping) {
   for (Lbl& name : _names) {
     if (name.itab > 0) name.itab = Lbl::scopeOf(mapping(name.itab - 1));
   }
+  _index.clear();
   return left;
 }
 

@@ -12,6 +12,7 @@
 
 #include "biff/book_state.h"
 #include "biff/expression_walk.h"
+#include "biff/folded_index.h"
 #include "biff/unicode_string.h"
 
 namespace rubrica {
@@ -39,17 +40,18 @@ struct Lbl {
   std::u16string_view displayName() const;
 };
 
-// Names of sheets and ranges compare without regard to the case of Latin-1, Greek and Cyrillic letters.
-bool sameNameIgnoringCase(std::u16string_view a, std::u16string_view b);
-
 class NameTable {
  public:
+  // To append to, and to change all but names and scopes in: those are what entries are found by.
   std::vector<Lbl>& names() { return _names; }
   const std::vector<Lbl>& names() const { return _names; }
 
   void read(Xls& xls, std::uint16_t size, BookState& state);
   void write(Xls& xls) const;
-  void clear() { _names.clear(); }
+  void clear() {
+    _names.clear();
+    _index.clear();
+  }
   // The first entry with this name, whatever its case, or this built-in name, in a scope (`itab`).
   std::optional<std::size_t> find(std::u16string_view name, std::uint16_t itab) const;
   std::optional<std::size_t> find(BuiltInName name, std::uint16_t itab) const;
@@ -64,7 +66,10 @@ class NameTable {
   [[nodiscard]] NameMapping cloneScope(int fromSheet, int toSheet);
 
  private:
+  void indexNewNames() const;
+
   std::vector<Lbl> _names;
+  mutable FoldedIndex _index;  // of the first names of the list, made up to date when a name is looked for
 };
 
 }  // namespace rubrica

@@ -14,8 +14,9 @@ Unit* RecordPool::Chain<Unit>::allocate(std::size_t count) {
   if (count == 0) return nullptr;
   if (count > kMaxUnits) throw xlerror("record data is too long");
   if (capacity - used < count) {
-    capacity = std::max(count, std::clamp(capacity * 2, kFirstBlock, kMaxUnits));
-    blocks.push_back(std::make_unique_for_overwrite<Unit[]>(capacity));
+    const std::size_t grown = std::max(count, std::clamp(capacity * 2, kFirstBlock, kMaxUnits));
+    blocks.push_back(std::make_unique_for_overwrite<Unit[]>(grown));
+    capacity = grown;
     used = 0;
   }
   Unit* place = blocks.back().get() + used;

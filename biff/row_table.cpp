@@ -1,5 +1,7 @@
 #include "biff/row_table.h"
 
+#include "engine/make_room.h"
+
 namespace rubrica {
 
 RowRecord* RowTable::find(int row) {
@@ -16,6 +18,7 @@ RowRecord& RowTable::at(int row) {
 }
 
 void RowTable::append(const RowRecord& row) {
+  makeRoom(_rows);
   _positions.try_emplace(row.rw, static_cast<std::uint32_t>(_rows.size()));
   _rows.push_back(row);
 }

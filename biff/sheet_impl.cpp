@@ -21,7 +21,10 @@ SheetImplT::Text SheetImplT::name() {
 }
 
 void SheetImplT::setName(Text name) {
-  guarded(state(), [&] { _name = _book->usableSheetName(name, this); });
+  guarded(state(), [&] {
+    _name = _book->usableSheetName(name, this);
+    _book->forgetSheetNames();
+  });
 }
 
 bool SheetImplT::protect() {

@@ -26,8 +26,9 @@ SheetIndex& SheetIndex::operator=(const SheetIndex& other) {
 
 std::uint32_t* SheetIndex::allocate(unsigned count) {
   if (_slabSize - _slabUsed < count) {
-    _slabSize = std::clamp(_slabSize * 2, kFirstSlab, kLargestSlab);
-    _slabs.push_back(platform::makeBlock<std::uint32_t>(_slabSize));
+    const auto grown = std::clamp(_slabSize * 2, kFirstSlab, kLargestSlab);
+    _slabs.push_back(platform::makeBlock<std::uint32_t>(grown));
+    _slabSize = grown;
     _slabUsed = 0;
   }
   std::uint32_t* words = _slabs.back().get() + _slabUsed;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -10,8 +11,20 @@ namespace rubrica {
 // A book's last message: "ok", a text that begins with "warning: ", or what went wrong.
 class LastMessage {
  public:
+  // Both short enough to need no memory of their own.
+  static constexpr char kGeneralFailure[] = "general failure";
+  static constexpr char kNoMemory[] = "bad allocation";
+
   void setOk() { _message.clear(); }
   void setMessage(std::string message) { _message = std::move(message); }
+  // The same where memory may have run out: a text that finds no room becomes "general failure".
+  void setFailure(const char* message) noexcept {
+    try {
+      _message = message;
+    } catch (...) {
+      _message = kGeneralFailure;
+    }
+  }
   // Never null; valid until the next change.
   const char* message() const { return _message.empty() ? "ok" : _message.c_str(); }
 
@@ -26,10 +39,12 @@ Result guarded(LastMessage& last, Result failure, Body&& body) {
   try {
     last.setOk();
     return body();
+  } catch (const std::bad_alloc&) {
+    last.setFailure(LastMessage::kNoMemory);
   } catch (const std::exception& error) {
-    last.setMessage(error.what());
+    last.setFailure(error.what());
   } catch (...) {
-    last.setMessage("general failure");
+    last.setFailure(LastMessage::kGeneralFailure);
   }
   return failure;
 }

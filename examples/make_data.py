@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the data of the examples: data/elements.csv, data/easter.csv and data/almanac.xls.
+"""Makes the data of the examples: data/elements.csv, data/easter.csv, data/almanac.xls and data/timesheet.xls.
 
 The elements are typed in below (standard atomic weights: IUPAC 2021, abridged to five digits). The dates of Easter are
-computed twice, by two methods that share nothing, and have to agree. The workbook is written by LibreOffice from a flat
-OpenDocument file that this script makes, so that the demo reads what another program wrote.
+computed twice, by two methods that share nothing, and have to agree. The workbooks are written by LibreOffice from flat
+OpenDocument files that this script makes, so that the examples read what another program wrote.
 usage: make_data.py [--csv-only]
 """
 import csv
@@ -134,22 +134,60 @@ def head_xml(name):
     return f'<table:table-cell table:style-name="head" office:value-type="string"><text:p>{name}</text:p></table:table-cell>'
 
 
-def flat_document():
+def almanac():
     tables = ""
     for name, (header, make) in SHEETS.items():
         rows = ["".join(map(head_xml, header))] + ["".join(map(cell_xml, row)) for row in make()]
         tables += f'<table:table table:name="{name}">'
         tables += "".join(f"<table:table-row>{row}</table:table-row>" for row in rows) + "</table:table>"
+    return flat_document(tables)
+
+
+def timesheet():
+    """A template as an office hands it out: a title, places for a name and a week, five lines for entries, sums."""
+    def cell(style="", formula="", text=""):
+        shown = f' office:value-type="string"><text:p>{text}</text:p></table:table-cell>' if text else "/>"
+        formula = f' table:formula="of:{formula}" office:value-type="float" office:value="0"' if formula else ""
+        style = f' table:style-name="{style}"' if style else ""
+        return f"<table:table-cell{style}{formula}{shown}"
+
+    rows = [cell("title", text="Timesheet"), "",
+            cell("head", text="Name") + cell("filled"), cell("head", text="Week from") + cell("date"), "",
+            "".join(cell("band", text=text) for text in ("Day", "Project", "Hours", "Rate", "Amount"))]
+    for row in range(7, 12):
+        rows.append(cell("date") + cell() + cell("hours") + cell("money") + cell("money", f"=[.C{row}]*[.D{row}]"))
+    rows.append(cell("head", text="Sum") + cell() + cell("hours", "=SUM([.C7:.C11])") + cell() +
+                cell("money", "=SUM([.E7:.E11])"))
+    rows.append(cell("head", text="Overtime") + cell() + cell("hours", "=MAX([.C12]-40;0)"))
+    tables = '<table:table table:name="Timesheet">'
+    tables += "".join(f"<table:table-row>{row or cell()}</table:table-row>" for row in rows) + "</table:table>"
+    return flat_document(tables)
+
+
+def flat_document(tables):
     names = {"office": "office:1.0", "table": "table:1.0", "text": "text:1.0", "style": "style:1.0",
              "number": "datastyle:1.0", "fo": "xsl-fo-compatible:1.0"}
     spaces = " ".join(f'xmlns:{key}="urn:oasis:names:tc:opendocument:xmlns:{value}"' for key, value in names.items())
+    spaces += ' xmlns:of="urn:oasis:names:tc:opendocument:xmlns:of:1.2"'
     return f"""<?xml version="1.0" encoding="UTF-8"?>
 <office:document {spaces} office:version="1.2" office:mimetype="application/vnd.oasis.opendocument.spreadsheet">
 <office:automatic-styles>
 <number:date-style style:name="ymd"><number:year number:style="long"/><number:text>-</number:text>
 <number:month number:style="long"/><number:text>-</number:text><number:day number:style="long"/></number:date-style>
+<number:number-style style:name="two"><number:number number:decimal-places="2" number:min-integer-digits="1"
+number:grouping="true"/></number:number-style>
+<number:number-style style:name="one"><number:number number:decimal-places="1" number:min-integer-digits="1"/>
+</number:number-style>
 <style:style style:name="date" style:family="table-cell" style:data-style-name="ymd"/>
+<style:style style:name="money" style:family="table-cell" style:data-style-name="two"/>
+<style:style style:name="hours" style:family="table-cell" style:data-style-name="one"/>
 <style:style style:name="head" style:family="table-cell"><style:text-properties fo:font-weight="bold"/></style:style>
+<style:style style:name="title" style:family="table-cell"><style:text-properties fo:font-weight="bold"
+fo:font-size="16pt"/></style:style>
+<style:style style:name="filled" style:family="table-cell"><style:table-cell-properties
+fo:background-color="#ffffcc"/></style:style>
+<style:style style:name="band" style:family="table-cell"><style:table-cell-properties fo:background-color="#cccccc"
+fo:border-bottom="0.06pt solid #000000"/><style:text-properties fo:font-weight="bold"/></style:style>
 </office:automatic-styles>
 <office:body><office:spreadsheet>{tables}</office:spreadsheet></office:body></office:document>
 """
@@ -162,10 +200,12 @@ def main():
     if "--csv-only" in sys.argv[1:]:
         return
     with tempfile.TemporaryDirectory() as folder:
-        source = pathlib.Path(folder) / "almanac.fods"
-        source.write_text(flat_document(), encoding="utf-8")
+        sources = []
+        for make in (almanac, timesheet):
+            sources.append(pathlib.Path(folder) / f"{make.__name__}.fods")
+            sources[-1].write_text(make(), encoding="utf-8")
         subprocess.run(["soffice", f"-env:UserInstallation=file://{folder}/profile", "--headless", "--convert-to",
-                        "xls:MS Excel 97", "--outdir", str(DATA), str(source)], check=True)
+                        "xls:MS Excel 97", "--outdir", str(DATA), *map(str, sources)], check=True)
 
 
 if __name__ == "__main__":

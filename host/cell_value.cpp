@@ -8,8 +8,6 @@ namespace rubrica::host {
 namespace {
 
 constexpr int kMillisecondsInHundredth = 10;
-// How an .xlsx sheet keeps text: shared.
-constexpr int kSharedString = 2;
 
 bool isWithoutDate(std::int32_t subtype) {
   return subtype == datesubtype::time;

@@ -13,6 +13,9 @@ namespace celltype {
 inline constexpr int fromKind = -1, empty = 1, number = 2, string = 3, boolean = 4, date = 5, blank = 6;
 }
 
+// How an .xlsx sheet keeps text that is written here: shared.
+inline constexpr int kSharedString = 2;
+
 struct DateNumber {
   double number;
   int numFormat;  // the number format id that shows what parts the date has

@@ -2,10 +2,15 @@
 
 #include <utility>
 
-#include "host/host_services.h"
 #include "host/text.h"
 
 namespace rubrica::host {
+namespace {
+
+// Texts up to this length, in characters, cross by way of the stack.
+constexpr std::size_t kShortText = 256;
+
+}  // namespace
 
 HostField HostField::make(Word context) {
   return HostField(services().values->create(context), true);
@@ -29,21 +34,10 @@ FieldHandle HostField::release() {
   return std::exchange(_handle, 0);
 }
 
-std::int32_t HostField::type() const {
-  return _handle != 0 ? services().values->type(_handle, nullptr) : kind::none;
-}
-
 std::int32_t HostField::subtype() const {
   std::int32_t subtype = 0;
   if (_handle != 0) services().values->type(_handle, &subtype);
   return subtype;
-}
-
-std::int32_t HostField::integer() const {
-  return _handle != 0 ? services().values->readInteger(_handle) : 0;
-}
-double HostField::number() const {
-  return _handle != 0 ? services().values->readNumber(_handle) : 0.0;
 }
 
 bool HostField::boolean() const {
@@ -67,20 +61,26 @@ std::optional<bool> HostField::optionalBoolean() const {
 
 std::u32string HostField::utf32() const {
   if (_handle == 0) return {};
-  char32_t buffer[256];
-  const std::size_t length = services().values->readText(_handle, buffer, std::size(buffer));
-  if (length <= std::size(buffer)) return {buffer, length};
+  char32_t buffer[kShortText];
+  const std::size_t length = services().values->readText(_handle, buffer, kShortText);
+  if (length <= kShortText) return {buffer, length};
   std::u32string text(length, U'\0');
   services().values->readText(_handle, text.data(), text.size());
   return text;
 }
 
 std::u16string HostField::text() const {
-  if (_handle == 0) return {};
-  // Whole lists of short texts come this way: no intermediate string for them.
-  char32_t buffer[256];
-  const std::size_t length = services().values->readText(_handle, buffer, std::size(buffer));
-  return length <= std::size(buffer) ? utf16FromUtf32({buffer, length}) : utf16FromUtf32(utf32());
+  std::u16string text;
+  readText(text);
+  return text;
+}
+
+void HostField::readText(std::u16string& into) const {
+  into.clear();
+  if (_handle == 0) return;
+  char32_t buffer[kShortText];
+  const std::size_t length = services().values->readText(_handle, buffer, kShortText);
+  appendUtf16(into, length <= kShortText ? std::u32string_view(buffer, length) : utf32());
 }
 
 std::string HostField::utf8() const {
@@ -105,14 +105,6 @@ bool HostField::isListOrRow() const {
   return type == kind::list || type == kind::row;
 }
 
-void HostField::setInteger(std::int32_t value) {
-  if (_handle != 0) services().values->writeInteger(_handle, value);
-}
-
-void HostField::setNumber(double value) {
-  if (_handle != 0) services().values->writeNumber(_handle, value, kFloatingPlaces);
-}
-
 void HostField::setBoolean(bool value) {
   setRawBoolean(value ? kHostTrue : kHostFalse);
 }
@@ -122,8 +114,14 @@ void HostField::setRawBoolean(std::int32_t code) {
 }
 
 void HostField::setText(std::u16string_view text) {
-  setUtf32(utf32FromUtf16(text));
+  char32_t buffer[kShortText];
+  if (text.size() <= kShortText) {
+    setUtf32({buffer, utf32FromUtf16(text, buffer)});
+  } else {
+    setUtf32(utf32FromUtf16(text));
+  }
 }
+
 void HostField::setUtf8(std::string_view text) {
   setUtf32(utf32FromUtf8(text));
 }

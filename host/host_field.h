@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/host_services.h"
 #include "host/omnis_abi.h"
 
 namespace rubrica::host {
@@ -30,10 +31,10 @@ class HostField {
   FieldHandle release();
 
   // kind::none for a field without a handle.
-  std::int32_t type() const;
+  std::int32_t type() const { return _handle != 0 ? services().values->type(_handle, nullptr) : kind::none; }
   std::int32_t subtype() const;
-  std::int32_t integer() const;
-  double number() const;
+  std::int32_t integer() const { return _handle != 0 ? services().values->readInteger(_handle) : 0; }
+  double number() const { return _handle != 0 ? services().values->readNumber(_handle) : 0.0; }
   // The host's 2 is true, everything else false.
   bool boolean() const;
   // Whether the host can read the value as a boolean.
@@ -42,13 +43,19 @@ class HostField {
   std::optional<bool> optionalBoolean() const;
   std::u32string utf32() const;
   std::u16string text() const;
+  // The same into a string whose room is used again.
+  void readText(std::u16string& into) const;
   std::string utf8() const;
   DateParts date() const;
   std::vector<unsigned char> binary() const;
   bool isListOrRow() const;
 
-  void setInteger(std::int32_t value);
-  void setNumber(double value);
+  void setInteger(std::int32_t value) {
+    if (_handle != 0) services().values->writeInteger(_handle, value);
+  }
+  void setNumber(double value) {
+    if (_handle != 0) services().values->writeNumber(_handle, value, kFloatingPlaces);
+  }
   void setBoolean(bool value);
   // The host's boolean code as it stands.
   void setRawBoolean(std::int32_t code);

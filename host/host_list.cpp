@@ -1,19 +1,8 @@
 #include "host/host_list.h"
 
-#include <limits>
 #include <utility>
 
-#include "host/host_services.h"
-
 namespace rubrica::host {
-namespace {
-
-// The host numbers columns in 16 bits.
-bool isColumnNumber(std::int32_t column) {
-  return column >= 0 && column <= std::numeric_limits<std::int16_t>::max();
-}
-
-}  // namespace
 
 HostList HostList::make(Word context) {
   return HostList(services().lists->create(context), true);
@@ -35,16 +24,6 @@ std::int32_t HostList::rowCount() const {
 }
 std::int16_t HostList::columnCount() const {
   return _handle != 0 ? services().lists->columnCount(_handle) : std::int16_t{0};
-}
-
-HostField HostList::cell(std::int32_t row, std::int32_t column) const {
-  if (_handle == 0 || !isColumnNumber(column)) return {};
-  return HostField::wrap(services().lists->cell(_handle, row, static_cast<std::int16_t>(column)));
-}
-
-HostField HostList::bindCell(std::int32_t row, std::int32_t column) {
-  if (_handle == 0 || !isColumnNumber(column)) return {};
-  return HostField::wrap(services().lists->bindCell(_handle, row, static_cast<std::int16_t>(column)));
 }
 
 std::u32string HostList::columnName(std::int32_t column) const {

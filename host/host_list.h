@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,15 @@ class HostList {
   std::int32_t rowCount() const;
   std::int16_t columnCount() const;
   // The value at a place, wrapped; without a handle outside the list.
-  HostField cell(std::int32_t row, std::int32_t column) const;
+  HostField cell(std::int32_t row, std::int32_t column) const {
+    if (_handle == 0 || !isColumnNumber(column)) return {};
+    return HostField::wrap(services().lists->cell(_handle, row, static_cast<std::int16_t>(column)));
+  }
   // The same for writing: what is written stands in the list.
-  HostField bindCell(std::int32_t row, std::int32_t column);
+  HostField bindCell(std::int32_t row, std::int32_t column) {
+    if (_handle == 0 || !isColumnNumber(column)) return {};
+    return HostField::wrap(services().lists->bindCell(_handle, row, static_cast<std::int16_t>(column)));
+  }
   std::u32string columnName(std::int32_t column) const;
   ColumnType columnType(std::int32_t column) const;
   bool addColumn(std::u32string_view name, const ColumnType& type);
@@ -42,6 +49,11 @@ class HostList {
 
  private:
   HostList(ListHandle handle, bool isOwned) : _handle(handle), _isOwned(isOwned) {}
+
+  // The host numbers columns in 16 bits.
+  static bool isColumnNumber(std::int32_t column) {
+    return column >= 0 && column <= std::numeric_limits<std::int16_t>::max();
+  }
 
   ListHandle _handle = 0;
   bool _isOwned = false;

@@ -7,7 +7,6 @@
 namespace rubrica::host {
 namespace {
 
-HostServices current;
 HostFacts facts;
 bool factsAreRead = false;
 
@@ -23,11 +22,11 @@ void readFacts(Word context) {
   for (std::size_t i = 0; i < std::size(kOptionCodes); ++i) {
     const char32_t name[] = {U'-', static_cast<char32_t>(kOptionCodes[i] >> 8),
                              static_cast<char32_t>(kOptionCodes[i] & 0xFF)};
-    facts.options[i] = current.system->option(context, name, std::size(name));
+    facts.options[i] = currentServices.system->option(context, name, std::size(name));
   }
   const std::u32string_view expression = U"sys(1)";
   const HostField result = HostField::make(context);
-  if (current.system->evaluate(context, expression.data(), expression.size(), result.handle()) == 0) return;
+  if (currentServices.system->evaluate(context, expression.data(), expression.size(), result.handle()) == 0) return;
   std::u32string text = result.utf32();
   std::erase_if(text, [](char32_t c) { return c < U'0' || c > U'9'; });
   facts.version = std::move(text);
@@ -35,9 +34,6 @@ void readFacts(Word context) {
 
 }  // namespace
 
-const HostServices& services() {
-  return current;
-}
 const HostFacts& hostFacts() {
   return facts;
 }
@@ -47,17 +43,17 @@ bool adoptServices(Word window, const CallBlock& call) {
       !fits(call.systemTable) || !fits(call.handlerTable)) {
     return false;
   }
-  current.values = call.valueTable;
-  current.lists = call.listTable;
-  current.objects = call.objectTable;
-  current.resources = call.resourceTable;
-  current.system = call.systemTable;
-  current.handlers = call.handlerTable;
-  current.module = call.module;
-  current.hostInstance = call.hostInstance;
-  current.library = call.library;
-  std::copy(std::begin(call.hostWords), std::end(call.hostWords), std::begin(current.words));
-  current.window = window;
+  currentServices.values = call.valueTable;
+  currentServices.lists = call.listTable;
+  currentServices.objects = call.objectTable;
+  currentServices.resources = call.resourceTable;
+  currentServices.system = call.systemTable;
+  currentServices.handlers = call.handlerTable;
+  currentServices.module = call.module;
+  currentServices.hostInstance = call.hostInstance;
+  currentServices.library = call.library;
+  std::copy(std::begin(call.hostWords), std::end(call.hostWords), std::begin(currentServices.words));
+  currentServices.window = window;
   if (!factsAreRead) {
     // First the mark: evaluating an expression may send another message.
     factsAreRead = true;
@@ -68,7 +64,8 @@ bool adoptServices(Word window, const CallBlock& call) {
 
 std::u32string resourceText(std::uint32_t id) {
   char32_t buffer[kMaxResourceText];
-  const std::uint32_t length = current.resources->readString(current.module, id, buffer, kMaxResourceText);
+  const std::uint32_t length =
+      currentServices.resources->readString(currentServices.module, id, buffer, kMaxResourceText);
   return {buffer, std::min(length, kMaxResourceText)};
 }
 

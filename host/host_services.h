@@ -29,7 +29,12 @@ struct HostFacts {
   std::u32string version;  // digits alone
 };
 
-const HostServices& services();
+// Whole lists go through the services one value at a time, so that reaching them costs no call. adoptServices alone
+// changes what they are.
+inline HostServices currentServices;
+inline const HostServices& services() {
+  return currentServices;
+}
 const HostFacts& hostFacts();
 
 // Copies the tables of a message. False, with nothing copied, when a table is missing or of another size or version.

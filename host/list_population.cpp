@@ -20,27 +20,41 @@ constexpr int kHeaderFontPoints = 11;
 constexpr const char16_t* kSheetName = u"Sheet1";
 constexpr const char16_t* kNameOfSheetThatGoes = u"Sheet1 replaced";
 
-// By the kind of the value; what a cell can't hold leaves the cell as it was. Row and column count from 1.
-void writeFieldToCell(NVObjWorkbook& self, Sheet& sheet, int row, int column, const HostField& field, Format* format) {
-  const CellPlace place{*self.book, sheet, *self.numFormats, toEngine(row), toEngine(column)};
-  switch (field.type()) {
-    case kind::character:
-      writeCell(place, field, celltype::string, format);
-      break;
-    case kind::boolean:
-      writeCell(place, field, celltype::boolean, format);
-      break;
-    case kind::date:
-      writeDateCell(place, field, format);
-      break;
-    case kind::number:
-    case kind::integer:
-      writeCell(place, field, celltype::number, format);
-      break;
-    default:
-      break;
+// Writes values of a list to cells, by the kind of each; what a cell can't hold leaves the cell as it was.
+class CellWriter {
+ public:
+  CellWriter(NVObjWorkbook& self, Sheet& sheet) : _book(*self.book), _sheet(sheet), _numFormats(*self.numFormats) {}
+
+  // Row and column count from 1.
+  void write(int row, int column, const HostField& field, Format* format) {
+    switch (field.type()) {
+      case kind::character:
+        field.readText(_text);
+        _sheet.writeStr(toEngine(row), toEngine(column), _text.c_str(), format, kSharedString);
+        break;
+      case kind::boolean:
+        _sheet.writeBool(toEngine(row), toEngine(column), field.boolean(), format, ErrorType::noError);
+        break;
+      case kind::date:
+        writeDateCell({_book, _sheet, _numFormats, toEngine(row), toEngine(column)}, field, format);
+        break;
+      case kind::number:
+        _sheet.writeNum(toEngine(row), toEngine(column), field.number(), format);
+        break;
+      case kind::integer:
+        _sheet.writeNum(toEngine(row), toEngine(column), field.integer(), format);
+        break;
+      default:
+        break;
+    }
   }
-}
+
+ private:
+  Book& _book;
+  Sheet& _sheet;
+  NumFormatMgr& _numFormats;
+  std::u16string _text;
+};
 
 // Removes sheets while the index runs up and the count falls: every other sheet stays, which code in use relies on. A
 // book does not give up its last sheet, so a book of one sheet loses it when the new one is there.
@@ -69,17 +83,16 @@ Format* makeHeaderFormat(Book& book) {
   return format;
 }
 
-void writeHeader(NVObjWorkbook& self, MethodCall& call, Sheet& sheet, int style, const HostList& list) {
-  Format* format = makeHeaderFormat(*self.book);
+void writeHeader(CellWriter& cells, Format* format, MethodCall& call, int style, const HostList& list) {
   const HostList headers = HostList::borrow(call.host.parameter(3));
   HostField name = call.host.newField();
   const int columns = list.columnCount();
   for (int column = 1; column <= columns; ++column) {
     if (style == definitionHeader) {
       name.setUtf32(list.columnName(column));
-      writeFieldToCell(self, sheet, 1, column, name, format);
+      cells.write(1, column, name, format);
     } else {
-      writeFieldToCell(self, sheet, 1, column, headers.cell(1, column), format);
+      cells.write(1, column, headers.cell(1, column), format);
     }
   }
 }
@@ -141,7 +154,8 @@ int populateWithList(NVObjWorkbook& self, MethodCall& call, int) {
   const HostList list = HostList::borrow(call.host.parameter(1));
   const int rows = list.rowCount(), columns = list.columnCount();
   const int rowOffset = style == noHeader ? 0 : 1;
-  if (style != noHeader) writeHeader(self, call, *sheet, style, list);
+  CellWriter cells(self, *sheet);
+  if (style != noHeader) writeHeader(cells, makeHeaderFormat(*self.book), call, style, list);
 
   std::map<int, Format*> formats;
   if (style == customHeaderAndFormat) formats = columnFormats(call, in, columns);
@@ -151,7 +165,7 @@ int populateWithList(NVObjWorkbook& self, MethodCall& call, int) {
     const auto found = formats.find(column);
     Format* format = found != formats.end() ? found->second : nullptr;
     for (int row = 1; row <= rows; ++row) {
-      writeFieldToCell(self, *sheet, rowOffset + row, column, list.cell(row, column), format);
+      cells.write(rowOffset + row, column, list.cell(row, column), format);
     }
   }
   return code::done;

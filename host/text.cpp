@@ -1,5 +1,6 @@
 #include "host/text.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace rubrica::host {
@@ -64,12 +65,26 @@ char32_t decodeUtf8(std::string_view text, std::size_t& at) {
   return c < kLeast[length] ? kReplacement : valid(c);
 }
 
+// Whether all characters of the text are the same number in UTF-16 and UTF-32, as nearly always. A loop without an
+// early end, which the compiler turns into a few wide steps.
+template <class Text>
+bool isPlain(const Text& text) {
+  bool plain = true;
+  for (const auto c : text) plain &= c < kFirstSurrogate;
+  return plain;
+}
+
 }  // namespace
 
-std::u16string utf16FromUtf32(std::u32string_view text) {
-  std::u16string out;
-  out.reserve(text.size());
-  for (char32_t given : text) {
+void appendUtf16(std::u16string& out, std::u32string_view text) {
+  if (isPlain(text)) {
+    const std::size_t before = out.size();
+    out.resize(before + text.size());
+    std::transform(text.begin(), text.end(), out.begin() + static_cast<std::ptrdiff_t>(before),
+                   [](char32_t c) { return static_cast<char16_t>(c); });
+    return;
+  }
+  for (const char32_t given : text) {
     const char32_t c = valid(given);
     if (c < kFirstSupplementary) {
       out.push_back(static_cast<char16_t>(c));
@@ -78,21 +93,35 @@ std::u16string utf16FromUtf32(std::u32string_view text) {
       out.push_back(static_cast<char16_t>(kFirstLowSurrogate + ((c - kFirstSupplementary) & 0x3FF)));
     }
   }
+}
+
+std::u16string utf16FromUtf32(std::u32string_view text) {
+  std::u16string out;
+  appendUtf16(out, text);
   return out;
 }
 
-std::u32string utf32FromUtf16(std::u16string_view text) {
-  std::u32string out;
-  out.reserve(text.size());
+std::size_t utf32FromUtf16(std::u16string_view text, char32_t* buffer) {
+  if (isPlain(text)) {
+    std::copy(text.begin(), text.end(), buffer);
+    return text.size();
+  }
+  char32_t* out = buffer;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char32_t unit = text[i];
     const bool isHigh = unit >= kFirstSurrogate && unit < kFirstLowSurrogate;
     if (isHigh && i + 1 < text.size() && text[i + 1] >= kFirstLowSurrogate && text[i + 1] < kAfterSurrogates) {
-      out.push_back(kFirstSupplementary + ((unit - kFirstSurrogate) << 10) + (text[++i] - kFirstLowSurrogate));
+      *out++ = kFirstSupplementary + ((unit - kFirstSurrogate) << 10) + (text[++i] - kFirstLowSurrogate);
     } else {
-      out.push_back(valid(unit));
+      *out++ = valid(unit);
     }
   }
+  return static_cast<std::size_t>(out - buffer);
+}
+
+std::u32string utf32FromUtf16(std::u16string_view text) {
+  std::u32string out(text.size(), U'\0');
+  out.resize(utf32FromUtf16(text, out.data()));
   return out;
 }
 

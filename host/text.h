@@ -8,7 +8,10 @@
 namespace rubrica::host {
 
 std::u16string utf16FromUtf32(std::u32string_view text);
+void appendUtf16(std::u16string& out, std::u32string_view text);
 std::u32string utf32FromUtf16(std::u16string_view text);
+// Into a buffer with room for as many characters as the text has units; answers how many it took.
+std::size_t utf32FromUtf16(std::u16string_view text, char32_t* buffer);
 std::string utf8FromUtf32(std::u32string_view text);
 std::u32string utf32FromUtf8(std::string_view text);
 std::string utf8FromUtf16(std::u16string_view text);

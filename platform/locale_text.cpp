@@ -1,3 +1,4 @@
+#include "platform/character_locale_lock.h"
 #include "platform/locale_character.h"
 #include "platform/text.h"
 
@@ -40,6 +41,7 @@ std::string localeFromUtf16(std::u16string_view text, bool& lost) {
   std::string out;
   out.reserve(text.size());
   std::mbstate_t state{};
+  const CharacterLocaleLock lock(LocaleUse::read);
   for (std::size_t i = 0; i < text.size();) {
     const char32_t point = nextPoint(text, i);
     if (isSurrogate(point) || !appendInLocale(point, state, out)) {
@@ -55,6 +57,7 @@ std::u16string utf16FromLocale(std::string_view text, bool& lost) {
   std::u16string out;
   out.reserve(text.size());
   std::mbstate_t state{};
+  const CharacterLocaleLock lock(LocaleUse::read);
   while (!text.empty()) {
     const LocaleCharacter next = firstInLocale(text, state);
     const bool isText = next.isValid && !isSurrogate(next.point) && next.point <= kLastPoint;

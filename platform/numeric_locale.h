@@ -18,7 +18,8 @@ class NumericLocaleGuard {
   void* _own;
 };
 
-// The name of the process's LC_CTYPE locale, and the attempt to set it: the resulting name, empty on failure.
+// The name of the process's LC_CTYPE locale, and the attempt to set it: the resulting name, empty on failure. Calls
+// from several threads come one after the other, and never while a text is being converted.
 std::string currentCharacterLocale();
 std::string setCharacterLocale(const char* name);
 

@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 
 // As many links as the kernel itself follows in one name.
 constexpr int kMaxLinks = 40;
+constexpr mode_t kNewFileMode = 0666;
 
 // The file that `path` names once every symbolic link at its end is followed, also where that file doesn't exist yet.
 std::optional<fs::path> followLinks(fs::path path) {
@@ -33,12 +34,21 @@ std::optional<fs::path> followLinks(fs::path path) {
 
 class PosixReplacingFile final : public ReplacingFile {
  public:
-  PosixReplacingFile(int fd, fs::path temporary, fs::path target)
-      : _fd(fd), _temporary(std::move(temporary)), _target(std::move(target)) {}
+  PosixReplacingFile(fs::path temporary, fs::path target)
+      : _temporary(std::move(temporary)),
+        _target(std::move(target)),
+        _directory(_target.has_parent_path() ? _target.parent_path() : fs::path(".")) {}
 
   ~PosixReplacingFile() override {
     if (_fd >= 0) ::close(_fd);
-    if (!_replaced) ::unlink(_temporary.c_str());
+    if (_isCreated && !_replaced) ::unlink(_temporary.c_str());
+  }
+
+  // Makes the temporary file, which must not be there yet; the descriptor, or -1 with errno set.
+  int create() {
+    _fd = ::open(_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+    _isCreated = _fd >= 0;
+    return _fd;
   }
 
   bool writeAt(std::uint64_t position, const void* data, std::size_t size) override {
@@ -66,16 +76,17 @@ class PosixReplacingFile final : public ReplacingFile {
  private:
   // Makes the rename itself durable. The file is in place already, so a file system that can't do it fails nothing.
   void syncDirectory() const {
-    const fs::path parent = _target.has_parent_path() ? _target.parent_path() : fs::path(".");
-    const int directory = ::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int directory = ::open(_directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory < 0) return;
     ::fsync(directory);
     ::close(directory);
   }
 
-  int _fd;
+  int _fd = -1;
   fs::path _temporary;
   fs::path _target;
+  fs::path _directory;
+  bool _isCreated = false;
   bool _replaced = false;
 };
 
@@ -92,13 +103,13 @@ std::unique_ptr<ReplacingFile> createReplacingFile(std::u16string_view path) {
   // A rename would put a plain file in the place of a device, and would overwrite a write-protected file unasked.
   if (replaces && (!S_ISREG(old.st_mode) || ::access(target->c_str(), W_OK) != 0)) return nullptr;
 
-  constexpr mode_t kNewFileMode = 0666;
   for (int attempt = 0; attempt < kTemporaryNameAttempts; ++attempt) {
+    // The object first, so that no file is left when there is no memory for it.
     const fs::path temporary = target->parent_path() / temporaryFileName(static_cast<unsigned long>(::getpid()));
-    const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+    auto file = std::make_unique<PosixReplacingFile>(temporary, *target);
+    const int fd = file->create();
     if (fd < 0 && errno == EEXIST) continue;
     if (fd < 0) return nullptr;
-    auto file = std::make_unique<PosixReplacingFile>(fd, temporary, *target);
     if (replaces) {
       // Only a privileged process can keep a foreign owner; the mode comes after, since a new owner clears its bits.
       const bool sameOwner = ::fchown(fd, old.st_uid, old.st_gid) == 0;

@@ -5,7 +5,7 @@ usage: generate_resources.py KIND OUTPUT SOURCE.toml...
 KIND: strings    C++ source with the string table as the section .tabulix_strings (docs/formats/resources.md)
       tables     C++ source with the tables of methods, parameters and properties
       rc         Windows resource script with the same strings as a STRINGTABLE
-      reference  Markdown pages, one a class and one for the constants; OUTPUT is a directory
+      reference  Markdown pages, one a class, one for the library and one for the constants; OUTPUT is a directory
 """
 import pathlib
 import struct
@@ -68,6 +68,8 @@ class Source:
             self.add(text["id"], text["text"])
 
     def add_method(self, method, ids):
+        if not method.get("example") or not method.get("prints"):
+            raise SystemExit(f"{method['name']}: an example, or what it prints, is missing")
         self.add(method["id"], f"{method['name']}:{signature(method)} {method['help']}")
         for parameter in method.get("parameters", []):
             parameter["id"] = next(ids, None)
@@ -155,26 +157,36 @@ def write_tables(source, out):
     out.write_text("\n".join(lines))
 
 
+def method_section(method, about):
+    lines = [f"### {method['name']}", "", f"`{signature(method)}`", "", method["help"], ""]
+    if method.get("parameters"):
+        lines += ["| Parameter | Kind | | |", "|---|---|---|---|"]
+        for p in method["parameters"]:
+            state = "by reference" if p.get("byref") else f"default {p['default']}" if "default" in p else "required"
+            lines.append(f"| `{p['name']}` | {p['type']} | {state} | {about[p['name']]} |")
+        lines.append("")
+    lines += [f"Returns: {method['returns'] if method['returns'] != 'none' else 'nothing'}.", ""]
+    return lines + ["```omnis", method["example"].rstrip("\n"), "```", "", "prints", "", "```text",
+                    method["prints"].rstrip("\n"), "```", ""]
+
+
 def write_reference(source, out):
     out.mkdir(parents=True, exist_ok=True)
     for data in source.classes:
         head = data["class"]
-        page = [f"# {head['name']}", "", head["text"].split(": ", 1)[1] + ".", "", "## Methods", ""]
+        page = [f"# {head['name']}", "", head["text"].split(": ", 1)[1] + ".", "", "## Methods", "",
+                "Every example begins with these lines:", "", "```omnis", head["setup"].rstrip("\n"), "```", ""]
         for m in data.get("method", []):
-            page += [f"### {m['name']}", "", f"`{signature(m)}`", "", m["help"], ""]
-            if m.get("parameters"):
-                page += ["| Parameter | Kind | | |", "|---|---|---|---|"]
-                for p in m["parameters"]:
-                    state = "by reference" if p.get("byref") else (
-                        f"default {p['default']}" if "default" in p else "required")
-                    page.append(f"| `{p['name']}` | {p['type']} | {state} | {data['about'][p['name']]} |")
-                page.append("")
-            page += [f"Returns: {m['returns'] if m['returns'] != 'none' else 'nothing'}.", ""]
+            page += method_section(m, data["about"])
         page += ["## Properties", "", "| Property | Kind | |", "|---|---|---|"]
         for p in data.get("property", []):
             kind = f"constant, group {p['group']}" if "group" in p else p["type"]
             page.append(f"| `{p['name']}` | {kind} | {p['help']} |")
         (out / f"{head['name'].lower()}.md").write_text("\n".join(page) + "\n", encoding="utf-8")
+    page = [f"# {source.strings[1000]}", "", "Methods of the library itself, called on its name.", ""]
+    for m in source.static_methods:
+        page += method_section(m, {})
+    (out / f"{source.strings[1000].lower()}.md").write_text("\n".join(page), encoding="utf-8")
     page = ["# Constants", ""]
     for group in source.groups:
         page += [f"## {group['name']}", "", "| Constant | Value | |", "|---|---|---|"]

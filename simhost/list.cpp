@@ -12,7 +12,8 @@ std::size_t List::findColumn(std::string_view name) const {
 
 bool List::addColumn(Column column) {
   if (columnCount() >= maxColumns) return false;
-  for (auto& line : _lines) line.push_back(Value::emptyOf(column.kind, column.subtype));
+  _emptyLine.push_back(Value::emptyOf(column.kind, column.subtype));
+  for (auto& line : _lines) line.push_back(_emptyLine.back());
   _columns.push_back(std::move(column));
   return true;
 }
@@ -20,32 +21,27 @@ bool List::addColumn(Column column) {
 void List::removeColumn(std::size_t number) {
   const auto offset = static_cast<std::ptrdiff_t>(number) - 1;
   _columns.erase(_columns.begin() + offset);
+  _emptyLine.erase(_emptyLine.begin() + offset);
   for (auto& line : _lines) line.erase(line.begin() + offset);
 }
 
 void List::clearColumns() {
   _columns.clear();
+  _emptyLine.clear();
   _lines.clear();
   _currentLine = 0;
 }
 
-std::vector<Value> List::emptyLine() const {
-  std::vector<Value> line;
-  line.reserve(columnCount());
-  for (const Column& column : _columns) line.push_back(Value::emptyOf(column.kind, column.subtype));
-  return line;
-}
-
 std::size_t List::addLine() {
   if (lineCount() >= maxLines) return 0;
-  _lines.push_back(emptyLine());
+  _lines.push_back(_emptyLine);
   return lineCount();
 }
 
 std::size_t List::insertLine(std::size_t at) {
   if (at < 1 || at > lineCount()) return addLine();
   if (lineCount() >= maxLines) return 0;
-  _lines.insert(_lines.begin() + static_cast<std::ptrdiff_t>(at) - 1, emptyLine());
+  _lines.insert(_lines.begin() + static_cast<std::ptrdiff_t>(at) - 1, _emptyLine);
   return at;
 }
 
@@ -69,6 +65,7 @@ void List::set(std::size_t line, std::size_t column, const Value& value) {
 List List::rowOf(std::size_t line) const {
   List row;
   row._columns = _columns;
+  row._emptyLine = _emptyLine;
   row._lines.push_back(_lines[line - 1]);
   row._currentLine = 1;
   return row;

@@ -65,9 +65,9 @@ class List {
   void sort(const std::vector<SortKey>& keys);
 
  private:
-  std::vector<Value> emptyLine() const;
-
   std::vector<Column> _columns;
+  // What a new line holds: the empty values of the columns.
+  std::vector<Value> _emptyLine;
   std::vector<std::vector<Value>> _lines;
   std::size_t _currentLine = 0;
 };

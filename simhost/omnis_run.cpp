@@ -54,9 +54,12 @@ The language (docs/omnis-run.md tells it whole):
   Do lList.$define(lName,lNum), $add, $linecount, $line, lList.3.lName,
   lList.[i].C2, $cols.$add, $sort, $search, rows, lst()
   ReadCSV, WriteCSV, ReadBinFile, WriteBinFile, FileOps.$doesfileexist
-Left out: file classes and SQL, windows and tasks, classes and $cinst, #F and
-the other hash variables, current lists (`Set current list`, `Add line to
-list`), reversible blocks, text blocks, item references, $sendall.
+Left out: windows, tasks, file classes and SQL; classes and $cinst; #F and
+the other hash variables; current lists (`Set current list`, `Add line to
+list`); list selections, $makelist and smart lists; totc and its fellows (a
+column's $total() is there); text blocks; reversible blocks; error handlers
+(`Load error handler`; a book's $error is there); item references; $sendall;
+timers, workers and threads. All of it stops the script with its line.
 )";
 
 struct Options {

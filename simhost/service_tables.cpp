@@ -41,7 +41,7 @@ void write(FieldHandle field, Value value) {
   if (field == 0) return;
   Value& target = *valueOf(field);
   const bool bound = (field & boundCell) != 0 && target.kind() != Kind::None;
-  if (!bound) {
+  if (!bound || (value.kind() == target.kind() && value.kind() != Kind::Date)) {
     target = std::move(value);
     return;
   }
@@ -132,7 +132,7 @@ void writeBoolean(FieldHandle field, std::int32_t code) {
   write(field, Value::booleanCode(code));
 }
 void writeText(FieldHandle field, const char32_t* text, std::size_t length) {
-  write(field, Value::text(Text(text, length)));
+  write(field, Value::text(TextView(text, length)));
 }
 
 void writeDate(FieldHandle field, const host::DateParts* parts, std::int32_t subtype) {

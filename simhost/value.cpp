@@ -66,8 +66,8 @@ Value Value::null() {
   value._null = true;
   return value;
 }
-Value Value::text(Text text) {
-  return {Kind::Character, std::move(text)};
+Value Value::text(TextView text) {
+  return {Kind::Character, SharedText(text)};
 }
 Value Value::booleanCode(std::int64_t code) {
   return {Kind::Boolean, code};
@@ -82,7 +82,7 @@ Value Value::constant(std::int64_t value) {
   return {Kind::Constant, value};
 }
 Value Value::date(const DateTime& date) {
-  return {Kind::Date, date};
+  return {Kind::Date, CompactDate(date)};
 }
 Value Value::binary(Bytes bytes) {
   return {Kind::Binary, std::make_shared<const Bytes>(std::move(bytes))};
@@ -161,8 +161,8 @@ bool Value::isClear() const {
   }
 }
 
-const Text& Value::textRef() const {
-  return std::get<Text>(_content);
+TextView Value::textRef() const {
+  return std::get<SharedText>(_content).view();
 }
 std::int64_t Value::storedBoolean() const {
   return std::get<std::int64_t>(_content);
@@ -187,7 +187,7 @@ Text Value::toText() const {
   if (_null) return {};
   switch (_kind) {
     case Kind::Character:
-      return textRef();
+      return Text(textRef());
     case Kind::Boolean: {
       const std::int64_t code = storedBoolean();
       return code == booleanTrue ? U"YES" : code == booleanFalse ? U"NO" : U"";
@@ -211,7 +211,7 @@ double Value::toNumber() const {
   if (_kind == Kind::Boolean) return toBoolean() ? 1 : 0;
   if (const auto* integer = std::get_if<std::int64_t>(&_content)) return static_cast<double>(*integer);
   double value = 0;
-  if (const auto* text = std::get_if<Text>(&_content)) numberFromText(*text, value);
+  if (const auto* text = std::get_if<SharedText>(&_content)) numberFromText(text->view(), value);
   return value;
 }
 
@@ -225,14 +225,14 @@ std::int64_t Value::toInteger() const {
 bool Value::toBoolean() const {
   if (_null) return false;
   if (_kind == Kind::Boolean) return storedBoolean() == booleanTrue;
-  if (const auto* text = std::get_if<Text>(&_content)) return booleanFromText(*text);
+  if (const auto* text = std::get_if<SharedText>(&_content)) return booleanFromText(text->view());
   return toNumber() != 0;
 }
 
 DateTime Value::toDate() const {
-  if (const auto* date = std::get_if<DateTime>(&_content)) return *date;
-  if (const auto* text = std::get_if<Text>(&_content)) {
-    if (const auto date = dateFromText(*text)) return *date;
+  if (const auto* date = std::get_if<CompactDate>(&_content)) return date->unpacked();
+  if (const auto* text = std::get_if<SharedText>(&_content)) {
+    if (const auto date = dateFromText(text->view())) return *date;
   }
   return {};
 }

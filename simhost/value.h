@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "simhost/compact_content.h"
 #include "simhost/date.h"
 #include "simhost/text.h"
 
@@ -46,7 +47,7 @@ class Value {
   Value() = default;
 
   static Value null();
-  static Value text(Text text);
+  static Value text(TextView text);
   static Value utf8(std::string_view text) { return Value::text(textFromUtf8(text)); }
   static Value boolean(bool value) { return booleanCode(value ? booleanTrue : booleanFalse); }
   // Keeps the code as it stands, also one that means neither false nor true.
@@ -83,7 +84,7 @@ class Value {
   Bytes toBinary() const;
 
   // The stored text without a copy; only where kind() is Character.
-  const Text& textRef() const;
+  TextView textRef() const;
   std::int64_t storedBoolean() const;
   const std::shared_ptr<const Bytes>& bytes() const;
   // The list or row; only where isList(). mutableList() makes the content this value's own first.
@@ -96,8 +97,8 @@ class Value {
   Value as(Kind kind, int subtype = 0) const;
 
  private:
-  using Content = std::variant<std::monostate, Text, std::int64_t, double, DateTime, std::shared_ptr<const Bytes>,
-                               std::shared_ptr<List>, std::shared_ptr<Instance>>;
+  using Content = std::variant<std::monostate, SharedText, std::int64_t, double, CompactDate,
+                               std::shared_ptr<const Bytes>, std::shared_ptr<List>, std::shared_ptr<Instance>>;
 
   Value(Kind kind, Content content) : _content(std::move(content)), _kind(kind) {}
 

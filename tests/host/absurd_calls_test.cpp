@@ -2,6 +2,7 @@
 
 #include "tests/host/host_fixture.h"
 #include "tests/host/loaded_module.h"
+#include "tests/support/working_directory.h"
 
 namespace rubrica::host::testing {
 namespace {
@@ -16,6 +17,8 @@ class AbsurdCalls : public ::testing::TestWithParam<bool> {
   }
   static ObjectHandle objectOf(const Result& result) { return result.value ? result.value->object : 0; }
 
+  // $save takes each of the values below for a path.
+  test::TemporaryWorkingDirectory workingDirectory;
   FakeHost host{GetParam() ? loadedModule() : &NVObjWndProc, kTabulixPath};
   ObjectHandle workbook = host.construct(classid::workbook);
   ObjectHandle worksheet = objectOf(host.call(workbook, 2005, {textValue(U"A")}));
@@ -74,6 +77,9 @@ TEST_P(AbsurdCalls, NoMethodIsHarmedByAnyParameters) {
     }
   }
   EXPECT_GT(calls, 10000U);
+  if (GetParam()) {
+    EXPECT_GT(workingDirectory.entryCount(), 0U) << "where else did $save put its files?";
+  }
   for (const FiredError& error : host.errors) {
     EXPECT_TRUE(error.code == -2 || error.code == -101 || error.code == -102 || error.code == -104 ||
                 error.code == -105)

@@ -60,6 +60,21 @@ class OmnisRun(unittest.TestCase):
         for word in ("--component", "Do oBook.$load", "Left out:", "Exit code"):
             self.assertIn(word, result.stdout)
 
+    def test_help_names_what_the_manual_says_is_left_out(self):
+        manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")
+        told = manual.split("## What is left out")[1].split("All of it stops")[0].replace("`", "")
+        shown = self.run_program("--help").stdout.split("Left out:")[1].split("All of it stops")[0].replace("`", "")
+        self.assertEqual(" ".join(told.lower().split()), " ".join(shown.lower().split()))
+
+    def test_what_is_left_out_stops_the_script_with_its_line(self):
+        for line in ("Set current list lList", "Add line to list", "Calculate #F as 1", "Begin reversible block",
+                     "Load error handler h", "Print totc(lList,lA)", "Do lList.$makelist($ref.lA)",
+                     "Do lList.$sendall($ref.lA)", "Calculate lList.$smartlist as kTrue", "Begin text block",
+                     "Do $cwind.$redraw()", "Do lList.$first(kTrue)", "Start timer 1", "Do $cinst.$x()"):
+            result = self.run_script(f"Var lList List\nVar lA Integer\nDo lList.$define(lA)\n{line}\n")
+            self.assertEqual((result.returncode, result.stdout), (1, ""), line)
+            self.assertRegex(result.stderr, r"script\.omn:4: ", line)
+
     def test_the_component_may_come_from_the_environment(self):
         path = pathlib.Path(self.folder.name) / "script.omn"
         path.write_text("Print Tabulix.$rubricaVersion()")
@@ -90,6 +105,62 @@ class OmnisRun(unittest.TestCase):
         result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", ".", "/nonexistent.xls")
         self.assertEqual(result.returncode, 1)
         self.assertIn("/nonexistent.xls can't be loaded", result.stderr)
+
+    def run_example(self, name, *words):
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples" / name, *words)
+        self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
+        return result.stdout
+
+    def written(self, name):
+        path = pathlib.Path(self.folder.name) / name
+        self.assertTrue(path.read_bytes().startswith(bytes.fromhex("D0CF11E0A1B11AE1")), name)
+        return path
+
+    def assert_lines(self, printed, *lines):
+        for line in lines:
+            self.assertIn(line + "\n", printed)
+
+    def test_example_a_report_from_a_list(self):
+        printed = self.run_example("list_report.omn", self.folder.name)
+        self.assert_lines(printed, "118 elements, the heaviest weighs 238.03", "Period 1                      ",
+                          "He        Helium        4.0026", "Row 7 sums by SUM(C5:C6)", "Row 101 sums by SUM(C98:C100)")
+        self.assertIn("list-report.xls with 7 groups, the last row is 101\n", printed)
+        self.written("list-report.xls")
+
+    def test_example_an_uploaded_sheet_becomes_a_list(self):
+        printed = self.run_example("read_upload.omn")
+        self.assert_lines(printed, "The sheet gave 118 lines of 4 columns", "The first line: 1 Hydrogen 1.008 '0'",
+                          "  line 44 (Technetium): there is no weight", "Kept 84 lines, rejected 34",
+                          "   92 Uranium          238.03", "Weights from 1.008 to 238.03")
+        self.assertRegex(printed, r"A text file as upload: refused \(.+\)\n$")
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples/read_upload.omn", "/nonexistent.xls")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("/nonexistent.xls can't be read", result.stderr)
+
+    def test_example_a_template_is_filled_and_keeps_what_it_has(self):
+        printed = self.run_example("fill_template.omn", self.folder.name)
+        self.assert_lines(printed, "The template: Timesheet with 5 lines, sum SUM(C7:C11)", "Inserted 2 lines",
+                          "Name: Inger Dahl, Week from: 2026-11-16",
+                          "Mon 16th November Harbour map      8.0   61.50 C7*D7",
+                          "Sat 21st November Proofs           4.0   55.00 C13*D13", "Hours:    SUM(C7:C13)",
+                          "Amount:   SUM(E7:E13)", "Overtime: MAX(C14-40,0)")
+        self.written("timesheet-week-47.xls")
+
+    def test_example_two_books_are_compared(self):
+        printed = self.run_example("compare_books.omn", self.folder.name)
+        self.assert_lines(printed, "2225 cells compared, 6 differences", "sheet 1  F2     gone      '1' -> ''",
+                          "sheet 1  C14    changed   'Aluminium' -> 'Aluminum'",
+                          "sheet 1  C120   added     '' -> 'Ununennium'",
+                          "sheet 2  B5     changed   '1903-04-12' -> '1903-04-13'",
+                          "sheet 3         added     '' -> '1 rows'",
+                          "differences.xls holds 6 lines of 5 columns, the last one: added")
+        old, new = SOURCE / "examples/data/almanac.xls", self.written("almanac-changed.xls")
+        back = self.run_example("compare_books.omn", self.folder.name, new, old)
+        self.assert_lines(back, "sheet 1  C14    changed   'Aluminum' -> 'Aluminium'",
+                          "sheet 3         gone      '1 rows' -> ''")
+        same = self.run_example("compare_books.omn", self.folder.name, old, old)
+        self.assert_lines(same, "2219 cells compared, 0 differences", "The books are the same.")
+        self.written("compared-marked.xls")
 
     def test_the_scripts_of_the_manual_print_what_the_manual_says(self):
         manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")

@@ -1,0 +1,81 @@
+#!/usr/bin/env python3
+"""Puts together docs/reliability.md from what the checks left behind.
+
+usage: write_reliability.py OUT FIDELITY_MD FUZZ_BUILD COVERAGE_TXT
+A check that was not run on this machine is said to be missing.
+"""
+import collections
+import pathlib
+import re
+import sys
+import time
+
+HEAD = """# Reliability
+
+Made by `./dev reliability` on {date}. What is promised: nothing that another program wrote is damaged by a load and a
+save, apart from what a rule below names; and any bytes at all end in success or in a message.
+
+## Fidelity
+
+Every workbook of a folder is loaded, saved untouched, and looked at by another reader before and after.
+
+{fidelity}
+## Failing memory, failing disks, several threads
+
+`tests/faults` makes each allocation of a book's filling, save and load fail once in turn, and lets the disk be full at
+every point of a save: the operation answers with a failure and a message, the file that stood there is untouched, no
+temporary file stays, and the same book can be saved again. `tests/threads` gives books to four threads under the thread
+sanitizer (`./dev threads`). The whole suite runs under the address, undefined behaviour and leak sanitizers
+(`./dev sanitize`).
+
+## Fuzzing
+
+{fuzz}
+## Line coverage by the tests
+
+{coverage}"""
+
+
+def fuzz_table(build):
+    logs = sorted(pathlib.Path(build).glob("findings/*.log"))
+    if not logs:
+        return "Not run.\n"
+    lines = ["| target | executions | seconds | edges covered | corpus | findings |", "|---|---|---|---|---|---|"]
+    for log in logs:
+        text = log.read_text(errors="replace")
+        runs = re.search(r"stat::number_of_executed_units:\s+(\d+)", text)
+        done = re.search(r"Done \d+ runs in (\d+) second", text)
+        last = re.findall(r"cov: (\d+) ft: \d+ corp: (\d+)", text)
+        found = len(list(log.parent.glob(f"{log.stem}-*")))
+        cov, corpus = last[-1] if last else ("", "")
+        lines.append(f"| {log.stem} | {int(runs.group(1)):,} | {done.group(1) if done else ''} | {cov} | {corpus} | {found} |" if runs
+                     else f"| {log.stem} | stopped early | | {cov} | {corpus} | {found} |")
+    return "\n".join(lines) + "\n"
+
+
+def coverage_table(path):
+    path = pathlib.Path(path)
+    if not path.exists():
+        return "Not run.\n"
+    folders = collections.defaultdict(lambda: [0, 0])
+    for line in path.read_text().splitlines():
+        found = re.match(r"(\S+)\s+(\d+)\s+(\d+)\s+\d+%", line)
+        if found and found.group(1) != "TOTAL":
+            folder = found.group(1).split("/")[0]
+            folders[folder][0] += int(found.group(2))
+            folders[folder][1] += int(found.group(3))
+    lines = ["| folder | lines | reached |", "|---|---|---|"]
+    lines += [f"| {folder}/ | {total} | {100 * hit / total:.1f} % |" for folder, (total, hit) in sorted(folders.items()) if total]
+    return "\n".join(lines) + "\n"
+
+
+def main():
+    out, fidelity, fuzz, coverage = sys.argv[1:5]
+    fidelity = pathlib.Path(fidelity)
+    tables = fidelity.read_text(encoding="utf-8") if fidelity.exists() else "No workbooks at hand.\n"
+    pathlib.Path(out).write_text(HEAD.format(date=time.strftime("%Y-%m-%d"), fidelity=tables, fuzz=fuzz_table(fuzz),
+                                             coverage=coverage_table(coverage)), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,31 @@
+// A book of medium size with a little of everything, in either file form: what failing memory and failing files are
+// tried on.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "engine/book.h"
+
+namespace rubrica::test {
+
+struct ReleaseBook {
+  void operator()(Book* book) const { book->release(); }
+};
+using BookPtr = std::unique_ptr<Book, ReleaseBook>;
+
+struct BookForm {
+  const char* name;
+  Book* (*create)() noexcept;
+  const char16_t* extension;
+};
+
+inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls"}};
+
+// Fills the book as far as its operations succeed: each one that fails is passed over.
+void fillSample(Book& book);
+
+// The filled book's bytes as a save gives them.
+std::string savedBytes(Book& book);
+
+}  // namespace rubrica::test
