@@ -1,12 +1,9 @@
 # What users install: the engine as one library, shared and static, with its public headers; the tools; the component.
 # Four packages, of the install components "runtime", "development", "tools" and "component".
 include_guard(GLOBAL)
-include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 find_package(Python3 3.11 REQUIRED COMPONENTS Interpreter)
 
-set(RUBRICA_COMPONENT_DIR "${CMAKE_INSTALL_LIBDIR}/tabulix" CACHE STRING
-    "Where the component goes, below the prefix; \".\" for a prefix that is a host's components folder")
 set(packaging "${PROJECT_SOURCE_DIR}/cmake/package")
 set(package_build "${PROJECT_BINARY_DIR}/package")
 
@@ -127,7 +124,7 @@ install(TARGETS rubrica-bench rubrica-check rubrica-convert rubrica-diff rubrica
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools
   FILES_MATCHING PATTERN "*.1")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
-  FILES_MATCHING PATTERN "*.md")
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "man" EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT tools
   FILES_MATCHING PATTERN "*.omn" PATTERN "*.csv" PATTERN "*.xls")
 

@@ -18,7 +18,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 HEADERS = {"address.h", "auto_filter.h", "book.h", "date_serial.h", "enums.h", "export.h", "font.h", "format.h",
            "sheet.h", "xlerror.h"}
 TOOLS = {"omnis-run", "rubrica-bench", "rubrica-check", "rubrica-convert", "rubrica-diff", "rubrica-dump"}
-REFERENCE = {"cell.md", "constants.md", "font.md", "format.md", "workbook.md", "worksheet.md"}
+REFERENCE = {"cell.md", "constants.md", "font.md", "format.md", "tabulix.md", "workbook.md",
+             "worksheet.md"}
 SYMBOLS = {"rubrica::createBiffBook()", "rubrica::createXmlBook()", "rubrica::columnLetters", "rubrica::addressText",
            "rubrica::parseAddress", "rubrica::datePack", "rubrica::dateUnpack", "typeinfo for rubrica::xlerror",
            "typeinfo name for rubrica::xlerror", "vtable for rubrica::xlerror"}
@@ -94,18 +95,31 @@ def symbols(prefix):
 
 
 def tools(prefix):
-    component = libdir(prefix) / "tabulix/TabulixU.so"
     with tempfile.TemporaryDirectory() as folder:
         script = pathlib.Path(folder) / "hello.omn"
         script.write_text("Var oBook Object Tabulix.Workbook\nVar oSheet Object Tabulix.Worksheet\n"
                           "Do oBook.$addSheet('Hello') Returns oSheet\nDo oSheet.$cell(1,1).$setValue('world')\n"
                           f"Do oBook.$save('{folder}/hello.xls')\n")
-        run(prefix / "bin/omnis-run", "--component", component, script)
+        # Finds the installed component by itself.
+        plain = {name: value for name, value in os.environ.items() if name != "OMNIS_RUN_COMPONENT"}
+        run(prefix / "bin/omnis-run", script, env=plain)
         dumped = run(prefix / "bin/rubrica-dump", f"{folder}/hello.xls")
         expect('"v": "world"' in dumped, dumped)
         run(prefix / "bin/rubrica-check", f"{folder}/hello.xls")
         run(prefix / "bin/rubrica-convert", f"{folder}/hello.xls", f"{folder}/copy.xls")
         run(prefix / "bin/rubrica-diff", f"{folder}/hello.xls", f"{folder}/copy.xls")
+    manual_pages(only(prefix.rglob("man1"), "manual pages"))
+
+
+def manual_pages(folder):
+    """Each page as a reader's terminal shows it; whatever the typesetter says is a failure."""
+    if shutil.which("groff") is None:
+        print("manual pages were not set: groff is not on this machine")
+        return
+    for page in folder.iterdir():
+        result = subprocess.run(["groff", "-man", "-Tutf8", "-P-cbu", "-ww", page], capture_output=True, encoding="utf-8")
+        expect(result.returncode == 0 and result.stderr == "", f"{page.name}: {result.stderr}")
+        expect("EXIT STATUS" in result.stdout, f"{page.name} shows nothing")
 
 
 def build_with_cmake(prefix, link, folder):

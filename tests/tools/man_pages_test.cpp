@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(Tools, ManPage,
                          });
 
 TEST(ToolVersion, IsThatOfTheProject) {
-  for (const std::string tool : {"rubrica-bench", "rubrica-check", "rubrica-convert", "rubrica-diff", "rubrica-dump"}) {
+  for (const std::string tool :
+       {"rubrica-bench", "rubrica-check", "rubrica-convert", "rubrica-diff", "rubrica-dump", "omnis-run"}) {
     EXPECT_EQ(runTool(tool, {"--version"}).out, tool + " " + RUBRICA_VERSION + "\n");
   }
 }
