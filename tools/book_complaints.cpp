@@ -12,7 +12,7 @@
 namespace rubrica::tools {
 namespace {
 
-constexpr std::size_t kMostSheetNameCharacters = 31, kMostDefinedNameCharacters = 255;
+constexpr std::size_t kMostSheetNameCharacters = 31, kMostDefinedNameCharacters = 255, kMostHeaderCharacters = 255;
 
 char16_t small(char16_t c) {
   return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c - u'A' + u'a') : c;
@@ -76,6 +76,13 @@ void complainOfMerges(const std::string& sheet, std::vector<CellRange> ranges, s
   }
 }
 
+void complainOfHeaders(const std::string& sheet, const char* what, const char16_t* text,
+                       std::vector<std::string>& complaints) {
+  if (text != nullptr && std::u16string_view(text).size() > kMostHeaderCharacters) {
+    complaints.push_back("sheet \"" + sheet + "\": the " + what + " has more than 255 characters");
+  }
+}
+
 void complainOfNames(Book& book, const std::string& form, std::vector<std::string>& complaints) {
   std::set<std::pair<int, std::u16string>> seen;
   for (int i = 0; i < book.sheetCount(); ++i) {
@@ -126,6 +133,8 @@ std::vector<std::string> bookComplaints(Book& book, const std::string& form) {
     if (!names.insert(folded(name)).second) complaints.push_back("sheet \"" + narrowText(name) + "\" stands twice");
     anyVisible = anyVisible || book.getSheet(i)->hidden() == SheetState::visible;
     complainOfMerges(narrowText(name), merges(*book.getSheet(i)), complaints);
+    complainOfHeaders(narrowText(name), "header", book.getSheet(i)->header(), complaints);
+    complainOfHeaders(narrowText(name), "footer", book.getSheet(i)->footer(), complaints);
   }
   if (book.sheetCount() == 0) complaints.push_back("the book has no sheet");
   if (book.sheetCount() > 0 && !anyVisible) complaints.push_back("all sheets are hidden");

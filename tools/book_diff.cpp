@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/address.h"
 #include "tools/cell_value.h"
 
 namespace rubrica::tools {
@@ -16,6 +17,10 @@ std::map<std::u16string, int> sheetsByName(Book& book) {
 
 std::string shown(const std::string& value) {
   return value.empty() ? "nothing" : value;
+}
+
+std::string sizeText(const LineRun& run) {
+  return numberText(run.size) + (run.hidden ? " hidden" : "");
 }
 
 struct UsedRange {
@@ -71,8 +76,8 @@ void BookDiff::compareSheets(const std::string& name, Sheet& a, Sheet& b, Progre
   _sheetName = name;
   compareCells(name, a, b, progress);
   progress.begin("comparing the settings of sheet " + name);
-  compareFacts(name, sheetFacts(*_a.book, a, _a.form, _options.subjects),
-               sheetFacts(*_b.book, b, _b.form, _options.subjects));
+  if (_options.subjects.contains(Subject::sizes)) compareSizes(name, a, b);
+  compareFacts(name, sheetFacts(*_a.book, a, _options.subjects), sheetFacts(*_b.book, b, _options.subjects));
 }
 
 void BookDiff::compareCells(const std::string& name, Sheet& a, Sheet& b, Progress& progress) {
@@ -115,6 +120,32 @@ void BookDiff::compareFormats(const std::string& place, Format* a, Format* b) {
   const auto aFacts = describe(_aStyles.of(a)), bFacts = describe(_bStyles.of(b));
   for (std::size_t i = 0; i < aFacts.size(); ++i) {
     if (aFacts[i].second != bFacts[i].second) tell(place, aFacts[i].first, aFacts[i].second, bFacts[i].second);
+  }
+}
+
+void BookDiff::compareSizes(const std::string& name, Sheet& a, Sheet& b) {
+  compareRuns(name, "height of row", rowRuns(a, _a.form), rowRuns(b, _b.form),
+              [](int row) { return std::to_string(row + 1); });
+  compareRuns(name, "width of column", columnRuns(a, _a.form), columnRuns(b, _b.form),
+              [](int col) { return narrowText(columnLetters(col)); });
+}
+
+// Runs that differ are told as far as both sides stay the same. Where one sheet has more lines than the other, as
+// across file forms, the last run of the shorter stands for what it has not.
+void BookDiff::compareRuns(const std::string& name, const char* what, const std::vector<LineRun>& a,
+                           const std::vector<LineRun>& b, std::string (*lineText)(int)) {
+  const int last = std::max(a.back().last, b.back().last);
+  std::size_t i = 0, j = 0;
+  for (int first = 0; first <= last;) {
+    const int aEnd = i + 1 < a.size() ? a[i].last : last, bEnd = j + 1 < b.size() ? b[j].last : last;
+    const int end = std::min(aEnd, bEnd);
+    if (a[i].size != b[j].size || a[i].hidden != b[j].hidden) {
+      const std::string range = first == end ? lineText(first) : "s " + lineText(first) + "-" + lineText(end);
+      tell(name, what + (first == end ? " " + range : range), sizeText(a[i]), sizeText(b[j]));
+    }
+    if (end == aEnd) ++i;
+    if (end == bEnd) ++j;
+    first = end + 1;
   }
 }
 

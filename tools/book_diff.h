@@ -28,6 +28,9 @@ class BookDiff {
   void compareCells(const std::string& name, Sheet& a, Sheet& b, Progress& progress);
   void compareCell(Sheet& a, Sheet& b, int row, int col);
   void compareFormats(const std::string& place, Format* a, Format* b);
+  void compareSizes(const std::string& name, Sheet& a, Sheet& b);
+  void compareRuns(const std::string& name, const char* what, const std::vector<LineRun>& a,
+                   const std::vector<LineRun>& b, std::string (*lineText)(int));
   void compareFacts(const std::string& name, const Facts& a, const Facts& b);
   bool sameNumber(Sheet& a, Sheet& b, int row, int col) const;
   void tell(const std::string& place, const std::string& what, const std::string& a, const std::string& b);

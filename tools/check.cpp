@@ -4,6 +4,8 @@
 #include "platform/input_file.h"
 #include "tools/book_opener.h"
 #include "tools/command_line.h"
+#include "tools/resave_check.h"
+#include "tools/unmodelled.h"
 #include "tools/xls_check.h"
 
 namespace rubrica::tools {
@@ -62,12 +64,19 @@ int run(int argc, char** argv) {
     complain(kTool.name, file + ": can't open file for reading");
     return kExitFailed;
   }
-  if (formOf(file) != "xls") {
-    complain(kTool.name, file + ": this version checks no .xlsx files");
+  const std::string form = formOf(file);
+  if (createBook(form) == nullptr) {
+    complain(kTool.name, file + ": this version reads no ." + form + " files");
     return kExitFailed;
   }
   Progress progress(kTool.name);
-  const CheckReport report = checkXls(*bytes, progress);
+  CheckReport report;
+  if (form == "xls") {
+    report = checkXls(*bytes, progress);
+  } else {
+    report.unmodelled = unmodelledContent(file, form);
+    checkResave(*bytes, form, report, progress);
+  }
   progress.finish();
   print(file, report, line.has("quiet"), static_cast<std::size_t>(most));
   if (!finishOutput(kTool.name)) return kExitFailed;

@@ -45,8 +45,7 @@ std::string digest(const void* data, std::size_t size) {
 
 class Collector {
  public:
-  Collector(Book& book, Sheet& sheet, const std::string& form, const std::set<Subject>& wanted)
-      : _book(book), _sheet(sheet), _form(form), _wanted(wanted) {}
+  Collector(Book& book, Sheet& sheet, const std::set<Subject>& wanted) : _book(book), _sheet(sheet), _wanted(wanted) {}
 
   Facts run() {
     if (wants(Subject::merges)) {
@@ -59,7 +58,6 @@ class Collector {
     }
     if (wants(Subject::names)) names();
     if (wants(Subject::comments)) comments();
-    if (wants(Subject::sizes)) sizes();
     if (wants(Subject::pictures)) pictures();
     if (wants(Subject::page)) page();
     if (wants(Subject::view)) view();
@@ -86,15 +84,6 @@ class Collector {
         if (comment != nullptr) put(Subject::comments, "comment " + addressText(row, col), text(comment));
       }
     }
-  }
-
-  void sizes() {
-    const auto describe = [this](const LineRun& run, const char* what) {
-      put(Subject::sizes, std::string(what) + " " + std::to_string(run.first + 1) + "-" + std::to_string(run.last + 1),
-          numberText(run.size) + (run.hidden ? " hidden" : ""));
-    };
-    for (const LineRun& run : rowRuns(_sheet, _form)) describe(run, "height of rows");
-    for (const LineRun& run : columnRuns(_sheet, _form)) describe(run, "width of columns");
   }
 
   void pictures() {
@@ -160,7 +149,6 @@ class Collector {
 
   Book& _book;
   Sheet& _sheet;
-  const std::string& _form;
   const std::set<Subject>& _wanted;
   Facts _facts;
 };
@@ -192,8 +180,8 @@ const std::vector<Subject>& allSubjects() {
   return kAll;
 }
 
-Facts sheetFacts(Book& book, Sheet& sheet, const std::string& form, const std::set<Subject>& wanted) {
-  return Collector(book, sheet, form, wanted).run();
+Facts sheetFacts(Book& book, Sheet& sheet, const std::set<Subject>& wanted) {
+  return Collector(book, sheet, wanted).run();
 }
 
 std::vector<NamedRange> namedRanges(Sheet& sheet) {

@@ -33,8 +33,8 @@ const std::vector<Subject>& allSubjects();
 // A fact by what it is about: {links, "hyperlink A1"} -> "https://example.org".
 using Facts = std::map<std::pair<Subject, std::string>, std::string>;
 
-// `form` is the file form of the book, which says how many rows and columns a sheet has.
-Facts sheetFacts(Book& book, Sheet& sheet, const std::string& form, const std::set<Subject>& wanted);
+// All but the sizes of rows and columns, which are runs.
+Facts sheetFacts(Book& book, Sheet& sheet, const std::set<Subject>& wanted);
 
 struct NamedRange {
   std::u16string name;
@@ -52,7 +52,8 @@ struct Hyperlink {
 std::vector<Hyperlink> hyperlinks(Sheet& sheet);
 std::vector<CellRange> merges(Sheet& sheet);
 
-// Rows or columns, in runs of neighbours that are alike.
+// Rows or columns, in runs of neighbours that are alike, from the first one on without a gap. `form` is the file form
+// of the book, which says how many rows and columns a sheet has.
 struct LineRun {
   int first = 0, last = 0;
   double size = 0;  // height in points or width in characters

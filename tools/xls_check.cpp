@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "biff/records/record_ids.h"
-#include "tools/book_complaints.h"
-#include "tools/book_diff.h"
+#include "tools/book_opener.h"
 #include "tools/record_names.h"
 #include "tools/record_stream.h"
+#include "tools/resave_check.h"
 #include "tools/stream_complaints.h"
 #include "tools/unmodelled.h"
 
@@ -63,42 +63,6 @@ void compareCounts(const RecordStream& before, const RecordStream& after, CheckR
   }
 }
 
-std::string formText(Book& book) {
-  const bool old = book.biffVersion() == kBiff5Version;
-  return std::string(old ? "BIFF5" : "BIFF8") + " workbook, " + std::to_string(book.sheetCount()) +
-         (book.sheetCount() == 1 ? " sheet" : " sheets") + (old ? "; a save makes it BIFF8" : "");
-}
-
-// Loads and saves the book and sets the result beside the original.
-void checkBook(std::span<const std::byte> file, const RecordStream& stream, CheckReport& report, Progress& progress) {
-  OpenedBook opened, again;
-  opened.form = again.form = "xls";
-  opened.book = createBook("xls");
-  again.book = createBook("xls");
-  progress.begin("loading the book");
-  if (!opened.book->loadRaw(file.data(), file.size())) {
-    report.damage.push_back(std::string("the book can't be loaded: ") + opened.book->errorMessage());
-    return;
-  }
-  report.form = formText(*opened.book);
-  for (const std::string& complaint : bookComplaints(*opened.book, opened.form)) report.complaints.push_back(complaint);
-  progress.begin("saving the book");
-  const void* data = nullptr;
-  std::size_t size = 0;
-  if (!opened.book->saveRaw(&data, &size)) {
-    report.damage.push_back(std::string("the book can't be saved: ") + opened.book->errorMessage());
-    return;
-  }
-  compareCounts(stream, readRecordStream({static_cast<const std::byte*>(data), size}), report);
-  if (!again.book->loadRaw(data, size)) {
-    report.damage.push_back(std::string("the saved book can't be loaded: ") + again.book->errorMessage());
-    return;
-  }
-  BookDiff(opened, again, {}, [&](const std::string& difference) {
-    report.changed.push_back(difference);
-  }).run(progress);
-}
-
 }  // namespace
 
 CheckReport checkXls(std::span<const std::byte> file, Progress& progress) {
@@ -110,7 +74,8 @@ CheckReport checkXls(std::span<const std::byte> file, Progress& progress) {
   const bool isBiff8 = !stream.records.empty() && stream.records.front().word(0) == kBiff8Version;
   if (isBiff8) report.complaints = streamComplaints(stream);
   report.unmodelled = unmodelledContent(stream);
-  checkBook(file, stream, report, progress);
+  const std::vector<std::byte> saved = checkResave(file, "xls", report, progress);
+  if (!saved.empty()) compareCounts(stream, readRecordStream(saved), report);
   return report;
 }
 

@@ -1,3 +1,5 @@
+#include <fstream>
+
 #include "tests/tools/edited_stream.h"
 #include "tests/tools/tool_runner.h"
 #include "tools/book_complaints.h"
@@ -33,6 +35,28 @@ class Check : public ToolTest {
     return ("\n" + result.out).find("\n" + line + "\n") != std::string::npos;
   }
 };
+
+TEST_F(Check, HeadersThatReadersCantHoldAreToldToTheCharacter) {
+  const tools::BookPtr book = newBook();
+  book->getSheet(0)->setHeader(std::u16string(255, u'h').c_str());
+  book->getSheet(0)->setFooter(std::u16string(256, u'f').c_str());
+  const ToolResult result = check(save(*book, "book.xls"), {"--quiet"});
+  EXPECT_EQ(result.out, "complaint  sheet \"Prices\": the footer has more than 255 characters\n");
+  EXPECT_EQ(result.exitCode, 1);
+}
+
+TEST_F(Check, AFileThatOnlyBeginsAsAPackageIsNoWorkbook) {
+  const std::string file = path("cut.xlsx");
+  std::ofstream(file, std::ios::binary) << "PK\3\4 and nothing more";
+  const ToolResult result = check(file, {"--quiet"});
+  if (tools::createBook("xlsx") == nullptr) {
+    EXPECT_EQ(result.exitCode, 2);
+    EXPECT_EQ(result.err, "rubrica-check: " + file + ": this version reads no .xlsx files\n");
+  } else {
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.starts_with("damaged    the book can't be loaded: ")) << result.out;
+  }
+}
 
 TEST_F(Check, ABookOfOursHasNoFindings) {
   const std::string file = bookWithCells();

@@ -84,6 +84,16 @@ TEST_F(Diff, ACellInOneBookAloneIsFoundAlsoOutsideTheOthersUsedRange) {
   EXPECT_EQ(result.out, "Prices!AE100: value: nothing -> \"far\"\n");
 }
 
+TEST_F(Diff, OnlyTheRowsThatDifferAreTold) {
+  const ToolResult result = diffAfter([](Book&, Sheet& sheet) {
+    for (int row = 20; row < 23; ++row) sheet.setRowHidden(row, true);
+    sheet.setRow(30, 40);
+  });
+  EXPECT_EQ(result.out,
+            "Prices: height of rows 21-23: 12.75 -> 12.75 hidden\n"
+            "Prices: height of row 31: 12.75 -> 40\n");
+}
+
 TEST_F(Diff, SettingsOfTheSheetAreCompared) {
   const ToolResult result = diffAfter([](Book&, Sheet& sheet) {
     sheet.delMergeByIndex(0);
@@ -94,7 +104,7 @@ TEST_F(Diff, SettingsOfTheSheetAreCompared) {
   });
   EXPECT_EQ(result.exitCode, 1);
   EXPECT_NE(result.out.find("Prices: merge A5:C5: merged -> nothing\n"), std::string::npos) << result.out;
-  EXPECT_NE(result.out.find("Prices: width of columns 3-3: nothing -> 20\n"), std::string::npos) << result.out;
+  EXPECT_NE(result.out.find("Prices: width of column C: 8 -> 20\n"), std::string::npos) << result.out;
   EXPECT_NE(result.out.find("Prices: landscape: no -> yes\n"), std::string::npos) << result.out;
   EXPECT_NE(result.out.find("Prices: hyperlink A1: nothing -> https://example.org\n"), std::string::npos) << result.out;
   EXPECT_NE(result.out.find("Prices: name Total of the book: nothing -> B2\n"), std::string::npos) << result.out;
