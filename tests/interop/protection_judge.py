@@ -10,31 +10,15 @@ import pathlib
 import subprocess
 import sys
 import tempfile
-import time
 
 import libreoffice
 
 try:
-    import uno
+    import office_bridge
     from com.sun.star.beans import PropertyValue
 except ImportError:
     print("skipped: LibreOffice's Python bridge is not on this machine")
     sys.exit(libreoffice.SKIPPED)
-
-
-def connect(pipe, seconds=60):
-    """The desktop of the LibreOffice that listens at the pipe."""
-    context = uno.getComponentContext()
-    resolver = context.ServiceManager.createInstanceWithContext("com.sun.star.bridge.UnoUrlResolver", context)
-    end = time.monotonic() + seconds
-    while True:
-        try:
-            remote = resolver.resolve(f"uno:pipe,name={pipe};urp;StarOffice.ComponentContext")
-            return remote.ServiceManager.createInstanceWithContext("com.sun.star.frame.Desktop", remote)
-        except Exception:  # not listening yet
-            if time.monotonic() > end:
-                raise
-            time.sleep(0.3)
 
 
 VALUES = 1  # com.sun.star.sheet.CellFlags
@@ -75,16 +59,8 @@ def main():
     with tempfile.TemporaryDirectory() as work:
         path = pathlib.Path(work) / f"protected.{extension}"
         subprocess.run([writer, str(path)], check=True, timeout=60)
-        pipe = "rubrica" + pathlib.Path(work).name
-        office = subprocess.Popen([program, f"-env:UserInstallation=file://{work}/profile", "--headless", "--norestore",
-                                   f"--accept=pipe,name={pipe};urp;"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        try:
-            desktop = connect(pipe)
+        with office_bridge.running(program) as desktop:
             facts = judge(desktop, path)
-            desktop.terminate()
-            office.wait(30)
-        finally:
-            office.kill()
     wrong = [fact for fact in facts if fact[1] != fact[2]]
     for what, found, expected in wrong:
         print(f"{what}: {found}, expected {expected}")
