@@ -123,7 +123,10 @@ install(TARGETS rubrica-bench rubrica-check rubrica-convert rubrica-diff rubrica
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools
   FILES_MATCHING PATTERN "*.1")
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+# As in the repository, so that the links between them lead somewhere.
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/HACKING.md"
+  DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "man" EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT tools
   FILES_MATCHING PATTERN "*.omn" PATTERN "*.csv" PATTERN "*.xls")
@@ -136,7 +139,17 @@ add_custom_command(OUTPUT "${reference}/constants.md"
   COMMAND Python3::Interpreter "${PROJECT_SOURCE_DIR}/scripts/generate_resources.py" reference "${reference}" ${resources}
   DEPENDS "${PROJECT_SOURCE_DIR}/scripts/generate_resources.py" ${resources}
   COMMENT "Generating the component's reference" VERBATIM)
-add_custom_target(component_reference ALL DEPENDS "${reference}/constants.md")
+set(cpp_reference "${package_build}/cpp-reference")
+set(documented_headers ${public_headers})
+list(FILTER documented_headers EXCLUDE REGEX "/export\\.h$")
+add_custom_command(OUTPUT "${cpp_reference}/cpp_book.md"
+  COMMAND Python3::Interpreter "${PROJECT_SOURCE_DIR}/scripts/generate_cpp_reference.py" "${cpp_reference}"
+          ${documented_headers}
+  DEPENDS "${PROJECT_SOURCE_DIR}/scripts/generate_cpp_reference.py" ${documented_headers}
+  COMMENT "Generating the reference of the C++ interface" VERBATIM)
+add_custom_target(component_reference ALL DEPENDS "${reference}/constants.md" "${cpp_reference}/cpp_book.md")
+install(DIRECTORY "${reference}/" "${cpp_reference}/" DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs/reference
+  COMPONENT development)
 install(TARGETS TabulixU LIBRARY DESTINATION "${RUBRICA_COMPONENT_DIR}" COMPONENT component)
 install(DIRECTORY "${reference}" DESTINATION "${RUBRICA_COMPONENT_DIR}" COMPONENT component)
 

@@ -9,6 +9,7 @@ usage: package_test.py install    BUILD PREFIX          installs the build into 
 """
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -67,10 +68,21 @@ def check_files(prefix):
     expect({"rubrica.pc", "rubrica-static.pc"} == names(lib / "pkgconfig"), "modules of pkg-config")
     expect((lib / "tabulix/TabulixU.so").exists(), "the component")
     expect(REFERENCE == names(lib / "tabulix/TabulixU-reference"), "the component's reference")
+    documents(only(prefix.rglob("tutorial_cpp.md"), "the documents").parent.parent)
     # Nothing of the machine that built it.
     for path in list((lib / "cmake").rglob("*.cmake")) + list((lib / "pkgconfig").iterdir()):
         for place in (str(HERE.parent.parent), str(prefix)):
             expect(place not in path.read_text(), f"{path.name} names {place}")
+
+
+def documents(folder):
+    """Every link between the installed documents leads to one of them."""
+    pages = list(folder.rglob("*.md"))
+    expect(len(pages) > 40, f"documents: {pages}")
+    for page in pages:
+        prose = re.sub(r"^```.*?^```$", "", page.read_text(encoding="utf-8"), flags=re.M | re.S)
+        for link in re.findall(r"\]\(([^)#\s]+)", prose):
+            expect(":" in link or (page.parent / link).exists(), f"{page.relative_to(folder)} links to {link}")
 
 
 def install(build, prefix):
