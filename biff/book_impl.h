@@ -20,6 +20,8 @@
 #include "biff/workbook_globals.h"
 #include "compound/xls.h"
 #include "engine/book.h"
+#include "formula/compile.h"
+#include "officeart/drawing_group.h"
 #include "platform/output_stream.h"
 #include "platform/text_metrics.h"
 
@@ -104,6 +106,10 @@ class BookImplT final : public IBookT<char16_t> {
   // Gives all formulas, those of names too, the new indexes of the names that they use.
   void renumberNames(const NameMapping& mapping);
   BookFormulaAccess& formulaAccess() { return _formulaAccess; }
+  formula::Compiler& formulaCompiler() { return _formulaCompiler; }
+  const officeart::DrawingGroup& drawings() const { return _drawings; }
+  // The same for a change, with the ids of all sheets' shapes known to it.
+  officeart::DrawingGroup& changeDrawings();
   // Adds a text for a new table row of a sheet, and gives its index.
   std::uint32_t addSharedString(std::u16string_view text);
   // Gives the table row that holds `isst` another text: in place when no other row of the book uses the entry,
@@ -160,6 +166,8 @@ class BookImplT final : public IBookT<char16_t> {
   void cloneNames(int fromSheet, int toSheet);
   void renumberSheets(const std::function<int(int)>& mapping);
   void activate(int index);
+  // Takes the shapes of a sheet that goes off the counts.
+  void forgetDrawing(const SheetImplT& sheet);
   void rebuildTabIds();
   void countStringUse();
   void rememberDefaultFont();
@@ -173,13 +181,15 @@ class BookImplT final : public IBookT<char16_t> {
   LinkTable _links;
   NameTable _names;
   BookFormulaAccess _formulaAccess;
+  formula::Compiler _formulaCompiler;
   std::vector<std::uint16_t> _tabIds;
   std::vector<BoundSheet8> _boundSheets;
   mutable FoldedIndex _sheetsByName;
   std::vector<std::unique_ptr<SheetImplT>> _sheets;
   std::vector<RawRecord> _xfExts, _hfPictures;
-  std::vector<RawRecord> _drawingGroup;    // MsoDrawingGroup with its CONTINUE records
   std::vector<RawRecord> _unknownRecords;  // in file order
+  officeart::DrawingGroup _drawings;
+  bool _shapesAreKnown = true;  // whether _drawings has the ids of all shapes that the last load brought
   bool _refR1C1 = false;
   // Table rows of all sheets that use each shared string; empty until a text is overwritten.
   std::vector<std::uint32_t> _stringUse;

@@ -63,7 +63,8 @@ void BookImplT::clearForLoad() {
   _tabIds.clear();
   _xfExts.clear();
   _hfPictures.clear();
-  _drawingGroup.clear();
+  _drawings = {};
+  _shapesAreKnown = false;
   _unknownRecords.clear();
   _state.pool.clear();
   _state.biffVersion = kBiff8Version;
@@ -98,6 +99,7 @@ void BookImplT::loadGlobals() {
     loadGlobalRecord(recordId, size);
   }
   if (_state.isBiff5()) convertNamesOfBiff5();
+  _drawings.finishReading();
 }
 
 void BookImplT::loadGlobalRecord(std::uint16_t recordId, std::uint16_t size) {
@@ -124,8 +126,10 @@ void BookImplT::loadGlobalRecord(std::uint16_t recordId, std::uint16_t size) {
       _hfPictures.push_back(RawRecord::of(recordId, _xls.view(size)));
       return;
     case id::kMsoDrawingGroup:
-      _drawingGroup.push_back(RawRecord::of(recordId, _xls.view(size)));
-      takeContinues(_xls, _drawingGroup);
+      _drawings.append(recordId, _xls.view(size));
+      for (std::uint16_t more = 0; _xls.goNextIfContinue(more); more = 0) {
+        _drawings.append(id::kContinue, _xls.view(more));
+      }
       return;
     case id::kExternSheet:
       if (!_state.isBiff5()) return _links.readExternSheet(_xls, size);

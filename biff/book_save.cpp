@@ -1,5 +1,6 @@
 // Saving an .xls book: the records in the order that readers expect, then the sectors around them.
 #include "biff/book_impl.h"
+#include "biff/drawing_sink.h"
 
 namespace rubrica {
 
@@ -28,6 +29,7 @@ void BookImplT::saveTo(platform::OutputStream& output) {
   _xls.reset(false);
   _xls.attach(output);
   _xls.start();
+  for (const auto& sheet : _sheets) sheet->settleComments();
   saveGlobals();
   _xls.close();
 }
@@ -69,7 +71,8 @@ void BookImplT::saveGlobals() {
   _names.write(_xls);
   writeFixed(_xls, _globals.recalcId);
   for (const RawRecord& record : _hfPictures) writeRaw(_xls, record);
-  for (const RawRecord& record : _drawingGroup) writeRaw(_xls, record);
+  DrawingRecordSink drawingSink(_xls);
+  _drawings.write(drawingSink);
   writeSst(_xls, _sst);
   _extSst.write(_xls);
   _globals.writeCarried(_xls, {raw::kTheme, raw::kCompressPictures, raw::kCompat12});

@@ -160,6 +160,7 @@ bool BookImplT::delSheet(int index) {
       if (position == index) return int{LinkTable::kDeletedSheet};
       return position > index ? position - 1 : position;
     };
+    forgetDrawing(*_sheets[static_cast<std::size_t>(index)]);
     renumberSheets(without);
     _boundSheets.erase(_boundSheets.begin() + index);
     _sheets.erase(_sheets.begin() + index);

@@ -49,8 +49,8 @@ class ChunkedTable {
   }
 
  private:
-  // Rows of a full chunk: the power of two that fills about two megabytes.
-  static constexpr int kShift = sizeof(Row) <= 8 ? 18 : sizeof(Row) <= 16 ? 17 : 15;
+  // Rows of a full chunk: the power of two that fills about two megabytes, or more, so that it comes on large pages.
+  static constexpr int kShift = sizeof(Row) <= 8 ? 18 : sizeof(Row) <= 16 ? 17 : 16;
   static constexpr std::uint32_t kRows = 1u << kShift, kMask = kRows - 1, kFirst = 64;
 
   // Makes room for the row at `at` of the last chunk; 0 begins a further chunk.

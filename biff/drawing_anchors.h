@@ -1,19 +1,14 @@
-// The cells that drawings and comments are anchored to, within records that are otherwise carried as they came.
+// What becomes of the cells that a shape is anchored to when rows or columns are inserted or removed.
 #pragma once
 
-#include <vector>
-
-#include "biff/records/record_io.h"
 #include "engine/line_move.h"
+#include "officeart/shape_records.h"
 
 namespace rubrica {
 
-// Moves the OfficeArtClientAnchorSheet fields of MsoDrawing records with their cells. A shape that is fixed to the page
-// stays; one that moves without sizing keeps its extent in cells; a corner on a removed line goes to the line that
-// takes its place.
-void moveAnchors(std::vector<RawRecord>& drawing, const LineMove& move);
-
-// Moves Note records with their cells; a note whose cell is gone goes too.
-void moveNotes(std::vector<RawRecord>& notes, const LineMove& move);
+// Moves an anchor with its cells and answers whether that changed it. A shape that is fixed to the page stays, unless
+// it is a comment's box, which belongs to a cell; one that moves without sizing keeps its extent in cells; a corner on
+// a removed line goes to the line that takes its place.
+bool moveAnchor(officeart::CellAnchor& anchor, bool isComment, const LineMove& move);
 
 }  // namespace rubrica

@@ -53,6 +53,7 @@ void SheetImplT::copyContent(SheetImplT& source) {
   StrMap& sst = book->sst();
   sst.setTotal(sst.cstTotal() + _cells.labelSstTable().size());
   book->forgetStringUse();
+  ownDrawing();
 }
 
 // Cells, rows, columns, merges, links, marks and page setup. Texts and formats are entered into this book; a formula

@@ -96,8 +96,9 @@ bool SheetImplT::storeFormula(int row, int col, Text expression, const FormulaVa
     cell.col = static_cast<std::uint16_t>(col);
     cell.xf = xfFor(format, word, col);
     LinkTable::Addition links(_book->links());
-    const auto tokens = formula::compileFormula(expression == nullptr ? u"" : expression, _book->formulaAccess(),
-                                                _book->positionOf(*this), ISheetT::kScopeUndefined);
+    const auto tokens =
+        _book->formulaCompiler().compile(expression == nullptr ? u"" : expression, _book->formulaAccess(),
+                                         _book->positionOf(*this), ISheetT::kScopeUndefined);
     if (tokens.size() > kMaxTokens) throw xlerror("formula is too long");
     cell.expression = state().pool.copyBytes(rawBytes(tokens));
     cell.tokenSize = static_cast<std::uint16_t>(tokens.size());

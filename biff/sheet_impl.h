@@ -1,8 +1,9 @@
 // SheetImplT: one sheet of an .xls book, over compact tables of BIFF records. State that belongs to one subject is an
 // object of its own (cells, rows, columns, merges, page layout, view, protection); the operations of the interface are
 // grouped by subject into sheet_cells.cpp, sheet_formulas.cpp, sheet_rows_columns.cpp, sheet_outline.cpp,
-// sheet_breaks.cpp, sheet_ranges.cpp, sheet_moves.cpp, sheet_page.cpp, sheet_names.cpp, sheet_links.cpp and
-// sheet_drawing.cpp; loading and saving stand in sheet_load.cpp and sheet_save.cpp. Owned by its book.
+// sheet_breaks.cpp, sheet_ranges.cpp, sheet_moves.cpp, sheet_page.cpp, sheet_names.cpp, sheet_links.cpp,
+// sheet_pictures.cpp and sheet_comments.cpp; loading and saving stand in sheet_load.cpp and sheet_save.cpp. Owned by
+// its book.
 #pragma once
 
 #include <memory>
@@ -11,12 +12,14 @@
 #include <vector>
 
 #include "biff/book_state.h"
+#include "biff/carried_drawing.h"
 #include "biff/cell_store.h"
 #include "biff/column_table.h"
 #include "biff/expression_walk.h"
 #include "biff/formula_definitions.h"
 #include "biff/hlink.h"
 #include "biff/merge_table.h"
+#include "biff/note_table.h"
 #include "biff/page_layout.h"
 #include "biff/records/global_records.h"
 #include "biff/records/record_io.h"
@@ -72,7 +75,14 @@ class SheetImplT final : public ISheetT<char16_t> {
   void setA1Mode(bool a1) { _words.calcRefMode = a1 ? 1 : 0; }
   // Gives the sheet's formulas the new indexes of the names that they use.
   void renumberNames(const NameMapping& mapping);
+  const officeart::Drawing& shapes() const { return _drawing.shapes(); }
+  // Gives comments that hold their own text, as those of a BIFF5 book, shapes to hold it.
+  void settleComments();
   const ChunkedTable<LabelSstCell>& labelSstTable() const { return _cells.labelSstTable(); }
+
+  // Takes the picture at `index` of pictureSize() off the sheet; the book keeps its bytes. False with "picture not
+  // found".
+  bool removePictureByIndex(int index);
 
   // ---- ISheetT
   CellType cellType(int row, int col) override;
@@ -303,6 +313,17 @@ class SheetImplT final : public ISheetT<char16_t> {
   // The SheetExt record, made on demand.
   RawRecord& sheetExt();
 
+  // ---- Pictures and comments (sheet_pictures.cpp, sheet_comments.cpp)
+  class Grid;
+  int columnPixels(int col);
+  int rowPixels(int row);
+  // The drawing, begun where the sheet has none, and the id of a new shape in it.
+  std::uint32_t newShape();
+  // Places a box and answers the id of its object.
+  std::uint16_t addCommentBox(int row, int col, std::u16string_view text, int width, int height);
+  // Takes ids of its own and counts the pictures, after a copy within the book.
+  void ownDrawing();
+
   // ---- Formulas (sheet_formulas.cpp)
 
   // Compiles an expression and stores it with a cached value.
@@ -339,6 +360,7 @@ class SheetImplT final : public ISheetT<char16_t> {
   void loadFormulaFollowers(Xls& xls, FormulaCell& cell);
   void loadDefinition(const FormulaCell& holder, std::uint16_t recordId, std::span<const std::byte> bytes);
   bool loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t size);
+  void loadNote(Xls& xls, std::uint16_t size);
   void loadDimensions(std::span<const std::byte> bytes);
   void loadIndex(std::span<const std::byte> bytes);
   void widenByCells();
@@ -376,17 +398,18 @@ class SheetImplT final : public ISheetT<char16_t> {
   SheetProtection _protection;
   std::vector<HLink> _hyperlinks;
   SharedFeatures _features;
+  CarriedDrawing _drawing;
+  NoteTable _notes;
   FormulaRange _autoFitArea{0, -1, 0, -1};  // what setCol measures; a negative end is that of the sheet
   // Records of subjects that are carried as they came, in file order within each list.
   std::vector<RawRecord> _rawMembers;    // one or more of an id with a place of its own
-  std::vector<RawRecord> _drawing;       // drawing records with their objects and texts
-  std::vector<RawRecord> _notes;         // cell comments
   std::vector<RawRecord> _phonetic;      // PhoneticInfo
   std::vector<RawRecord> _otherRecords;  // everything else
   std::u16string _addressText;
   std::u16string _formulaText;
   std::u16string _rangeName;
   std::u16string _hyperlinkText;
+  std::u16string _commentText;
 };
 
 template <class Result>

@@ -117,11 +117,16 @@ void SheetImplT::load(Xls& xls, const RowWindow& window, bool skipBlanks) {
     }
     if (recordId == id::kEof) {
       if (size != 0) throwSizeIsIncorrect("EOF");
+      _drawing.finishLoading();
       return;
     }
     loadRecord(xls, load, recordId, size);
   }
-  if (_bof.dt != Bof::kWorksheet) _otherRecords.push_back(RawRecord::of(id::kEof, {}));
+  if (_bof.dt == Bof::kWorksheet) {
+    _drawing.finishLoading();
+  } else {
+    _otherRecords.push_back(RawRecord::of(id::kEof, {}));
+  }
   widenByCells();
 }
 
@@ -180,11 +185,11 @@ bool SheetImplT::loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t siz
     case id::kMsoDrawing:
     case id::kObj:
     case id::kTextObject:
-      list = state().isBiff5() ? nullptr : &_drawing;
+      list = state().isBiff5() ? nullptr : &_drawing.records();
       break;
     case id::kNote:
-      list = state().isBiff5() ? nullptr : &_notes;
-      break;
+      loadNote(xls, size);
+      return true;
     case id::kPhoneticInfo:
       list = &_phonetic;
       break;
@@ -198,6 +203,13 @@ bool SheetImplT::loadCarried(Xls& xls, std::uint16_t recordId, std::uint16_t siz
   list->push_back(RawRecord::of(recordId, xls.view(size)));
   takeContinues(xls, *list);
   return true;
+}
+
+void SheetImplT::loadNote(Xls& xls, std::uint16_t size) {
+  RawRecord record = RawRecord::of(id::kNote, xls.view(size));
+  if (state().isBiff5()) return _notes.readBiff5(record.bytes, state().codePage);
+  for (std::uint16_t more = 0; xls.goNextIfContinue(more); more = 0) appendBytes(record.bytes, xls.view(more));
+  _notes.read(record.bytes);
 }
 
 bool SheetImplT::loadCell(Xls& xls, const LoadState& load, std::uint16_t recordId, std::uint16_t size) {

@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "biff/book_impl.h"
-#include "biff/drawing_anchors.h"
 #include "biff/named_row_moves.h"
 #include "biff/sheet_impl.h"
 #include "engine/column_widths.h"
@@ -76,8 +75,8 @@ void SheetImplT::moveLines(const LineMove& move, bool updateNamedRanges) {
   _page.moveBreaks(move);
   std::erase_if(_hyperlinks, [&](HLink& link) { return !move.apply(link.range); });
   _features.move(move);
-  moveNotes(_notes, move);
-  moveAnchors(_drawing, move);
+  _notes.move(move);
+  _drawing.moveAnchors(move);
   if (updateNamedRanges && move.ofRows()) {
     _book->renumberNames(moveNamedRows(_book->names(), _book->links(), _book->positionOf(*this), move));
   }

@@ -223,8 +223,8 @@ void SheetImplT::saveTail(Xls& xls) {
     for (const RawRecord& record : records) writeRaw(xls, record);
   };
   saveRawMember(xls, 450);
-  writeAll(_drawing);
-  writeAll(_notes);
+  _drawing.write(xls);
+  _notes.write(xls);
   saveRawMember(xls, 80);
   _view.writeWindow(xls);
   saveRawMember(xls, 2187);

@@ -45,6 +45,9 @@ function(rubrica_library folder)
   endforeach()
   target_link_libraries(rubrica_${name} PUBLIC ${ARG_LIBRARIES})
   file(APPEND "${RUBRICA_LAYERS_FILE}" "${folder}: ${ARG_USES}\n")
+  # What the public library is put together from, see RubricaPackage.cmake.
+  set_property(GLOBAL PROPERTY RUBRICA_USES_${name} "${ARG_USES}")
+  set_property(GLOBAL PROPERTY RUBRICA_LIBRARIES_${name} "${ARG_LIBRARIES}")
 endfunction()
 
 # rubrica_test(FOLDER SOURCES a_test.cpp ... [USES folder ...] [LIBRARIES target ...])

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "engine/export.h"
+
 namespace rubrica {
 
 inline constexpr int kMaxRow = 1048575;
@@ -19,15 +21,15 @@ struct CellAddress {
 };
 
 // The letters of a 0-based column: 0 is A, 25 Z, 26 AA.
-std::u16string columnLetters(int col);
+RUBRICA_API std::u16string columnLetters(int col);
 
 // The text of an address; a part that isn't relative has "$" before it. Throws xlerror "row must be in range 0-1048575"
 // or "col must be in range 0-16383".
-std::u16string addressText(const CellAddress& address);
+RUBRICA_API std::u16string addressText(const CellAddress& address);
 
 // Parses letters and digits with optional "$" signs, in either case. Throws xlerror "invalid cell address" for
 // anything else, and the range messages of addressText.
-CellAddress parseAddress(std::u16string_view text);
+RUBRICA_API CellAddress parseAddress(std::u16string_view text);
 
 // The same for the narrow text of a file; nothing for what parseAddress refuses.
 std::optional<CellAddress> addressIn(std::string_view text);

@@ -19,6 +19,7 @@
 #include <cstddef>
 
 #include "engine/enums.h"
+#include "engine/export.h"
 #include "engine/font.h"
 #include "engine/format.h"
 #include "engine/sheet.h"
@@ -137,7 +138,7 @@ class IBookT {
 using Book = IBookT<char16_t>;
 
 // A new BIFF8 (.xls) book and a new OOXML (.xlsx) book. Null when it can't be constructed.
-Book* createBiffBook() noexcept;
-Book* createXmlBook() noexcept;
+RUBRICA_API Book* createBiffBook() noexcept;
+RUBRICA_API Book* createXmlBook() noexcept;
 
 }  // namespace rubrica

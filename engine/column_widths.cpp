@@ -52,8 +52,12 @@ double ColumnWidths::digitsOfChars(double chars) const {
   return static_cast<double>(std::int64_t{pixelsOfChars(chars)} * 256 / _digit) / 256;
 }
 
+// The format's own rounding. It cuts off a little past the half, so that a width whose last digits were lost in a file
+// stays the same number of pixels.
 int ColumnWidths::pixelsOfDigits(double digits) const {
-  return std::isnan(digits) ? 0 : rounded(digits * _digit);
+  if (_digit <= 0 || std::isnan(digits)) return 0;
+  const double units = digits * 256 + static_cast<double>(128 / _digit);
+  return static_cast<int>(std::floor(std::clamp(units * _digit / 256, -kMostPixels, kMostPixels)));
 }
 
 int ColumnWidths::pixelsOfBase(int chars) const {

@@ -32,12 +32,11 @@ class LastMessage {
   std::string _message;
 };
 
-// "ok" first, so that the body may leave a warning; an exception becomes the last message and the operation's failure
-// value.
+// An exception becomes the last message and the operation's failure value; a success leaves the message as it was,
+// which is how setters without a result behave.
 template <class Result, class Body>
-Result guarded(LastMessage& last, Result failure, Body&& body) {
+Result attempt(LastMessage& last, Result failure, Body&& body) {
   try {
-    last.setOk();
     return body();
   } catch (const std::bad_alloc&) {
     last.setFailure(LastMessage::kNoMemory);
@@ -50,11 +49,24 @@ Result guarded(LastMessage& last, Result failure, Body&& body) {
 }
 
 template <class Body>
-void guarded(LastMessage& last, Body&& body) {
-  guarded(last, false, [&] {
+void attempt(LastMessage& last, Body&& body) {
+  attempt(last, false, [&] {
     body();
     return true;
   });
+}
+
+// The same, with "ok" first, so that the body may leave a warning.
+template <class Result, class Body>
+Result guarded(LastMessage& last, Result failure, Body&& body) {
+  last.setOk();
+  return attempt(last, std::move(failure), std::forward<Body>(body));
+}
+
+template <class Body>
+void guarded(LastMessage& last, Body&& body) {
+  last.setOk();
+  attempt(last, std::forward<Body>(body));
 }
 
 }  // namespace rubrica

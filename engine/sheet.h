@@ -93,7 +93,8 @@ class ISheetT {
                          int* offset_x, int* offset_y) = 0;
   virtual void setPicture(int row, int col, int pictureId, double scale = 1.0, int offset_x = 0, int offset_y = 0,
                           PicturePosition pos = PicturePosition::moveAndSize) = 0;
-  // Width and height in pixels; -1 keeps the picture's own.
+  // Width and height in pixels; -1 keeps the picture's own in an .xlsx sheet and reaches to the end of the cell in an
+  // .xls sheet.
   virtual void setPicture2(int row, int col, int pictureId, int width = -1, int height = -1, int offset_x = 0,
                            int offset_y = 0, PicturePosition pos = PicturePosition::moveAndSize) = 0;
 

@@ -5,9 +5,11 @@
 #include <stdexcept>
 #include <string>
 
+#include "engine/export.h"
+
 namespace rubrica {
 
-class xlerror : public std::runtime_error {
+class RUBRICA_API xlerror : public std::runtime_error {
  public:
   explicit xlerror(const std::string& text) : std::runtime_error(text) {}
 };

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes the data of the examples: data/elements.csv, data/easter.csv, data/almanac.xls and data/timesheet.xls.
+"""Makes the data of the examples: data/elements.csv, data/easter.csv, data/logo.png, data/almanac.xls,
+data/almanac.xlsx and data/timesheet.xls.
 
 The elements are typed in below (standard atomic weights: IUPAC 2021, abridged to five digits). The dates of Easter are
 computed twice, by two methods that share nothing, and have to agree. The workbooks are written by LibreOffice from flat
@@ -8,10 +9,13 @@ usage: make_data.py [--csv-only]
 """
 import csv
 import datetime
+import math
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 from xml.sax.saxutils import escape
 
 DATA = pathlib.Path(__file__).resolve().parent / "data"
@@ -193,19 +197,41 @@ fo:border-bottom="0.06pt solid #000000"/><style:text-properties fo:font-weight="
 """
 
 
+def logo(width=150, height=48):
+    """A compass rose on a band of waves: an indexed PNG, so that it stays small."""
+    paper, ink, sea = range(3)
+    palette = bytes((255, 255, 255, 16, 42, 92, 120, 170, 205))
+    rows = b""
+    for y in range(height):
+        rows += b"\0"
+        for x in range(width):
+            dx, dy = x - width / 2 + 0.5, y - height / 2 + 0.5
+            distance, angle = math.hypot(dx, dy), math.atan2(dy, dx)
+            is_needle = distance < 20 * abs(math.cos(2 * angle)) ** 4
+            is_ring = 20 <= distance < 22
+            is_wave = abs(y - 36 - 3 * math.sin(x / 6)) < 2 and distance > 24
+            rows += bytes([ink if is_needle or is_ring else sea if is_wave else paper])
+
+    def chunk(kind, body):
+        return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 3, 0, 0, 0)) +
+            chunk(b"PLTE", palette) + chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
+
+
 def main():
     DATA.mkdir(exist_ok=True)
+    (DATA / "logo.png").write_bytes(logo())
     write_csv(DATA / "elements.csv", SHEETS["Elements"][0], elements())
     write_csv(DATA / "easter.csv", SHEETS["Easter"][0], easters())
     if "--csv-only" in sys.argv[1:]:
         return
     with tempfile.TemporaryDirectory() as folder:
-        sources = []
-        for make in (almanac, timesheet):
-            sources.append(pathlib.Path(folder) / f"{make.__name__}.fods")
-            sources[-1].write_text(make(), encoding="utf-8")
-        subprocess.run(["soffice", f"-env:UserInstallation=file://{folder}/profile", "--headless", "--convert-to",
-                        "xls:MS Excel 97", "--outdir", str(DATA), *map(str, sources)], check=True)
+        for make, form in ((almanac, "xls:MS Excel 97"), (almanac, "xlsx:Calc MS Excel 2007 XML"),
+                           (timesheet, "xls:MS Excel 97")):
+            source = pathlib.Path(folder) / f"{make.__name__}.fods"
+            source.write_text(make(), encoding="utf-8")
+            subprocess.run(["soffice", f"-env:UserInstallation=file://{folder}/profile", "--headless", "--convert-to", form,
+                            "--outdir", str(DATA), str(source)], check=True)
 
 
 if __name__ == "__main__":

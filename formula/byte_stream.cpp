@@ -1,8 +1,7 @@
 #include "formula/byte_stream.h"
 
-#include <array>
+#include <algorithm>
 #include <bit>
-#include <utility>
 
 #include "engine/xlerror.h"
 
@@ -10,13 +9,6 @@ namespace rubrica::formula {
 namespace {
 
 constexpr char moveError[] = "GetFormula move1 error";
-
-template <typename Value>
-void pushLittleEndian(std::vector<std::uint8_t>& bytes, Value value) {
-  std::array<std::uint8_t, sizeof(Value)> little;
-  for (std::size_t i = 0; i < sizeof(Value); ++i) little[i] = static_cast<std::uint8_t>(value >> (8 * i));
-  bytes.insert(bytes.end(), little.begin(), little.end());
-}
 
 template <typename Value>
 Value littleEndian(std::span<const std::uint8_t> bytes) {
@@ -29,27 +21,14 @@ Value littleEndian(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-ByteStream::ByteStream(std::span<const std::uint8_t> bytes) : _bytes(bytes.begin(), bytes.end()) {}
+ByteStream::ByteStream(std::span<const std::uint8_t> bytes) : _bytes(bytes.begin(), bytes.end()), _back(bytes.size()) {}
 
 void ByteStream::clear() {
-  _bytes.clear();
-  _front = 0;
+  _front = _back = 0;
 }
 
-std::vector<std::uint8_t> ByteStream::release() && {
-  _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(_front));
-  _front = 0;
-  return std::move(_bytes);
-}
-
-void ByteStream::pushInt16(std::uint16_t value) {
-  pushLittleEndian(_bytes, value);
-}
-void ByteStream::pushInt32(std::uint32_t value) {
-  pushLittleEndian(_bytes, value);
-}
-void ByteStream::pushDouble(double value) {
-  pushLittleEndian(_bytes, std::bit_cast<std::uint64_t>(value));
+void ByteStream::grow(std::size_t count) {
+  _bytes.resize(std::max(_back + count, 2 * _bytes.size()));
 }
 
 std::uint8_t ByteStream::popByte() {
@@ -83,7 +62,7 @@ double ByteStream::popDouble() {
 void ByteStream::moveTo(ByteStream& target, std::size_t count) {
   require(count, moveError);
   const auto moved = bytes().first(count);
-  target._bytes.insert(target._bytes.end(), moved.begin(), moved.end());
+  std::copy(moved.begin(), moved.end(), target.extend(count));
   drop(count);
 }
 
@@ -103,12 +82,13 @@ void ByteStream::require(std::size_t count, const char* message) const {
 
 void ByteStream::drop(std::size_t count) {
   _front += count;
-  if (_front == _bytes.size()) {
+  if (_front == _back) {
     clear();
   } else if (_front >= kBlockSize && _front > size()) {
     const std::size_t blocks = _front / kBlockSize * kBlockSize;
-    _bytes.erase(_bytes.begin(), _bytes.begin() + static_cast<std::ptrdiff_t>(blocks));
+    std::copy(_bytes.data() + _front, _bytes.data() + _back, _bytes.data() + (_front - blocks));
     _front -= blocks;
+    _back -= blocks;
   }
 }
 

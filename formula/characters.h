@@ -1,7 +1,9 @@
 // Characters of formula text, the same in every locale: classes, case, decimal numbers. Used within the formula engine.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 #include <string>
@@ -14,6 +16,17 @@ constexpr bool isDigit(char16_t c) {
 
 constexpr bool isAsciiLetter(char16_t c) {
   return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
+inline constexpr auto kLetterNumbers = [] {
+  std::array<std::uint8_t, 128> numbers{};
+  for (std::uint8_t i = 0; i < 26; ++i) numbers[u'A' + i] = numbers[u'a' + i] = static_cast<std::uint8_t>(i + 1);
+  return numbers;
+}();
+
+// 1 for A and a, 26 for Z and z, 0 for what is no ASCII letter.
+constexpr unsigned letterNumber(char16_t c) {
+  return c < kLetterNumbers.size() ? kLetterNumbers[c] : 0u;
 }
 
 // Letters of any script of the basic plane. Marks, digits and symbols among the scripts' blocks are taken for letters:

@@ -1,12 +1,17 @@
 // The compiler: formula text becomes the token bytes that cells and names store. Takes time in proportion to the text
-// and doesn't recurse.
+// and doesn't recurse. A book has a Compiler, which keeps its room from one formula to the next; the functions are for
+// single formulas.
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "formula/book_access.h"
+#include "formula/postfix_builder.h"
+#include "formula/token_writer.h"
 
 namespace rubrica::formula {
 
@@ -23,7 +28,20 @@ namespace rubrica::formula {
 // included.
 std::vector<std::uint8_t> compileFormula(std::u16string_view text, BookAccess& book, int sheetIndex, int scope);
 
-// The second stage alone.
+// The second stage alone, from postfix text.
 std::vector<std::uint8_t> tokensFromPostfix(std::u16string_view postfix, BookAccess& book, int sheetIndex, int scope);
+
+class Compiler {
+ public:
+  // As the functions above; the bytes are good until the next call.
+  std::span<const std::uint8_t> compile(std::u16string_view text, BookAccess& book, int sheetIndex, int scope);
+  std::span<const std::uint8_t> compilePostfix(std::u16string_view postfix, BookAccess& book, int sheetIndex,
+                                               int scope);
+
+ private:
+  std::u16string _prepared;
+  PostfixBuilder _builder;
+  TokenWriter _writer;
+};
 
 }  // namespace rubrica::formula

@@ -7,8 +7,11 @@
 // - A reference that ends in "R" already is not marked again.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
+
+#include "formula/postfix_builder.h"
 
 namespace rubrica::formula {
 
@@ -17,9 +20,16 @@ namespace rubrica::formula {
 // inside a quoted sheet name makes the texts behind it lose theirs.
 std::u16string normalisedFormula(std::u16string_view text);
 
+// The same, and without the blanks that are left outside quotes where the two kinds do know of each other: the text
+// itself, or its copy in `room`.
+std::u16string_view textWithoutBlanks(std::u16string_view text, std::u16string& room);
+
 // The postfix text of a formula. Operands of the form of a reference get the mark "R" where their function takes
 // references. A text that is one error constant is its own postfix text. Throws xlerror "error: function parentheses
 // not found", "error: function name without open parenthesis", "error in formula".
 std::u16string postfixFromInfix(std::u16string_view text);
+
+// The items one after the other as postfix text.
+std::u16string postfixText(std::span<const PostfixItem> items);
 
 }  // namespace rubrica::formula

@@ -5,7 +5,6 @@
 
 #include "engine/xlerror.h"
 #include "formula/characters.h"
-#include "formula/function_table.h"
 #include "formula/infix_tokens.h"
 #include "formula/ptg.h"
 
@@ -59,28 +58,51 @@ bool PostfixItems::next(std::u16string_view& item) {
 }
 
 std::optional<std::uint8_t> binaryOperatorToken(std::u16string_view text) {
-  if (text.empty() || text.size() > 2) return std::nullopt;
-  switch (text[0]) {
-    case u'+':
-    case u'-':
-    case u'*':
-    case u'/':
-    case u'^':
-    case u'&':
-    case u'<':
-    case u'=':
-    case u'>':
-      break;
-    default:
-      return std::nullopt;
+  if (text.size() == 1) {
+    switch (text[0]) {
+      case u'+':
+        return ptg::Add;
+      case u'-':
+        return ptg::Sub;
+      case u'*':
+        return ptg::Mul;
+      case u'/':
+        return ptg::Div;
+      case u'^':
+        return ptg::Power;
+      case u'&':
+        return ptg::Concat;
+      case u'<':
+        return ptg::Lt;
+      case u'=':
+        return ptg::Eq;
+      case u'>':
+        return ptg::Gt;
+      default:
+        return std::nullopt;
+    }
   }
-  const auto found = std::find(std::begin(binaryOperators), std::end(binaryOperators), text);
-  if (found == std::end(binaryOperators)) return std::nullopt;
-  return static_cast<std::uint8_t>(ptg::Add + (found - std::begin(binaryOperators)));
+  if (text.size() != 2) return std::nullopt;
+  if (text[0] == u'<' && text[1] == u'=') return ptg::Le;
+  if (text[0] == u'<' && text[1] == u'>') return ptg::Ne;
+  if (text[0] == u'>' && text[1] == u'=') return ptg::Ge;
+  return std::nullopt;
 }
 
 std::u16string_view binaryOperatorText(std::uint8_t token) {
   return binaryOperators[token - ptg::Add];
+}
+
+void appendFunctionItem(std::u16string& text, const FunctionRow& function, unsigned count) {
+  text += function.name;
+  appendDecimal(text, count);
+  text += postfix::kFunctionEnd;
+}
+
+bool readsBackAsItself(const FunctionRow& function) {
+  return std::none_of(std::begin(namesWithDigits), std::end(namesWithDigits), [&](std::u16string_view name) {
+    return name.size() > function.name.size() && isDigit(name[function.name.size()]) && name.starts_with(function.name);
+  });
 }
 
 std::optional<FunctionItem> functionItem(std::u16string_view item) {

@@ -15,7 +15,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+
+#include "formula/function_table.h"
 
 namespace rubrica::formula {
 
@@ -29,6 +32,7 @@ inline constexpr std::u16string_view kRange = u"ptgRange";
 inline constexpr std::u16string_view kTrue = u"TRUE";
 inline constexpr std::u16string_view kFalse = u"FALSE";
 inline constexpr char16_t kFunctionEnd = u'F';
+inline constexpr char16_t kReferenceMark = u'R';
 
 }  // namespace postfix
 
@@ -50,6 +54,9 @@ std::optional<std::uint8_t> binaryOperatorToken(std::u16string_view text);
 // The text of such a token.
 std::u16string_view binaryOperatorText(std::uint8_t token);
 
+// Appends "SUM2F" for SUM and 2.
+void appendFunctionItem(std::u16string& text, const FunctionRow& function, unsigned count);
+
 struct FunctionItem {
   std::u16string_view name;
   std::uint16_t number = 0;  // kUserDefinedFunction for a name that isn't in the table
@@ -61,5 +68,9 @@ struct FunctionItem {
 // Nothing for other items. Throws xlerror "incorrect number of function parameters" when no count can be read, so also
 // for any name like "TAXF".
 std::optional<FunctionItem> functionItem(std::u16string_view item);
+
+// Whether the items of a function give its name and its argument count back, whatever the count: not so for LOG and
+// ATAN.
+bool readsBackAsItself(const FunctionRow& function);
 
 }  // namespace rubrica::formula

@@ -15,11 +15,6 @@ constexpr ErrorRow errors[] = {
 
 }  // namespace
 
-std::uint16_t columnWord(const CellAddress& address) {
-  return static_cast<std::uint16_t>((address.col & kColumnBits) | (address.colRelative ? kColumnRelative : 0) |
-                                    (address.rowRelative ? kRowRelative : 0));
-}
-
 CellAddress addressFromWords(std::uint16_t row, std::uint16_t columnWord) {
   return {row, columnWord & kColumnBits, (columnWord & kRowRelative) != 0, (columnWord & kColumnRelative) != 0};
 }
@@ -32,6 +27,7 @@ std::optional<std::u16string_view> errorText(std::uint8_t code) {
 }
 
 std::optional<std::uint8_t> errorCode(std::u16string_view text) {
+  if (text.empty() || text[0] != u'#') return std::nullopt;
   for (const ErrorRow& row : errors) {
     if (row.text == text) return row.code;
   }

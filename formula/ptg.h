@@ -101,7 +101,10 @@ inline constexpr std::uint16_t kColumnBits = 0x3FFF;
 inline constexpr std::uint16_t kColumnRelative = 0x4000;
 inline constexpr std::uint16_t kRowRelative = 0x8000;
 
-std::uint16_t columnWord(const CellAddress& address);
+constexpr std::uint16_t columnWord(const CellAddress& address) {
+  return static_cast<std::uint16_t>((address.col & kColumnBits) | (address.colRelative ? kColumnRelative : 0) |
+                                    (address.rowRelative ? kRowRelative : 0));
+}
 CellAddress addressFromWords(std::uint16_t row, std::uint16_t columnWord);
 
 // "#N/A" and its like. An unknown code or text gives nothing.

@@ -5,12 +5,10 @@
 
 #include "engine/xlerror.h"
 #include "formula/characters.h"
+#include "formula/ptg.h"
 
 namespace rubrica::formula {
 namespace {
-
-constexpr int columnCount = 256;
-constexpr int rowCount = 65536;
 
 // The pieces of a text of the form $A$1R.
 struct CellParts {
@@ -54,7 +52,7 @@ int columnFromLetters(std::u16string_view letters) {
   int sum = 0;
   for (const char16_t letter : letters) {
     sum = sum * 26 + (upperCase(letter) - u'A' + 1);
-    if (sum > columnCount || !isAsciiLetter(letter)) throw xlerror("Column is out of range");
+    if (sum > kColumnCount || !isAsciiLetter(letter)) throw xlerror("Column is out of range");
   }
   return sum - 1;
 }
@@ -67,7 +65,7 @@ int rowFromDigits(std::u16string_view digits) {
       throw xlerror("MakeFormula::isReference: can't convert string to number");
     }
   }
-  if (value < 1 || value > rowCount) throw xlerror("Row is out of range");
+  if (value < 1 || value > kRowCount) throw xlerror("Row is out of range");
   return static_cast<int>(value - 1);
 }
 
@@ -89,6 +87,10 @@ bool hasSheetCellForm(std::u16string_view text, bool mayBeMarked) {
 }  // namespace
 
 std::optional<CellText> parseCell(std::u16string_view text) {
+  std::u16string_view rest = text;
+  if (const PlainCell plain = takePlainCell(rest); plain.found && rest.empty()) {
+    return CellText{addressFromWords(plain.row, plain.columnWord), plain.marked};
+  }
   const auto parts = splitCell(text);
   if (!parts) return std::nullopt;
   CellText cell;

@@ -48,6 +48,12 @@ void c_xml_reader::add_namespace_mapping(const namespace_row* table) {
   for (; table->uri != nullptr; ++table) _layers.enter_namespace(table->uri, table->id);
 }
 
+std::string_view c_xml_reader::plain_text(int namespace_id, std::size_t depth) const {
+  const bool between_events = _fast && !_in_start_tag && _own_errors.fatal_count() == 0;
+  const bool fits = _default_namespace == namespace_id && _depth + depth <= kMaxElementDepth;
+  return between_events && fits ? _lane.rest() : std::string_view();
+}
+
 int c_xml_reader::line() const {
   return _layers.line() + (_fast ? _lane.passed_lines() : 0);
 }

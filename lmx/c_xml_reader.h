@@ -80,6 +80,15 @@ class c_xml_reader : public c_xml {
     return &child.descriptor() != _child_filter.type || _child_filter.keep(_child_filter.context, child);
   }
 
+  // What follows in the document, for code that reads plain markup by itself: elements of this namespace, written
+  // without a prefix, `depth` of them inside each other. Empty when this is not the place for that. pass_plain says up
+  // to where all has been read; elements that were begun must have been ended.
+  std::string_view plain_text(int namespace_id, std::size_t depth) const;
+  void pass_plain(const char* position) { _lane.set_position(position); }
+  // How many objects the last vector of a repeated child got, for the room of the next.
+  std::size_t last_count() const { return _last_count; }
+  void set_last_count(std::size_t count) { _last_count = count; }
+
   int line() const;
 
   // Reads everything by the character layers from here on, as tests do that compare the lanes.
@@ -123,6 +132,7 @@ class c_xml_reader : public c_xml {
   std::string folded_declarations(const capture_state& state) const;
 
   child_filter _child_filter;
+  std::size_t _last_count = 0;
   c_read& _source;
   c_read_memory* _memory;
   c_error _own_errors;

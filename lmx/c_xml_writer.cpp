@@ -188,6 +188,15 @@ void c_xml_writer::start_body() {
   _top->_body_started = true;
 }
 
+bool c_xml_writer::start_raw_children() {
+  const bool has_layout = !_nl.empty() || !_tab.empty() || !_attribute_nl.empty() || !_attribute_tab.empty();
+  if (_top == nullptr || has_layout || !_namespaces_written) return false;
+  start_body();
+  _top->_has_child_elements = true;
+  if (_stream != nullptr && _out.size() >= kStreamBlock) flush();
+  return true;
+}
+
 void c_xml_writer::write_element_body(std::string_view value) {
   start_body();
   append_escaped(_out, value);

@@ -107,6 +107,9 @@ class c_xml_writer : public c_xml {
   std::string& raw() { return _out; }
   // Writes the '>' of the start tag unless it stands.
   void start_body();
+  // The same for children that are about to be written into raw(), with no white space and no declarations. False, with
+  // nothing done, when they have to be written one by one because the layout or the namespaces ask for more.
+  bool start_raw_children();
 
   // Keeps the problem in the record; the line of XML is unknown.
   elmx_error report_error(elmx_error code, std::string_view item_name) { return keep_error(code, item_name, -1); }

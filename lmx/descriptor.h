@@ -273,6 +273,11 @@ struct block_hooks {
   const object& (*at)(const void* vector, std::size_t index) = nullptr;
   object& (*append)(void* vector) = nullptr;
   void (*finish)(void* vector) = nullptr;  // all are read: what was reserved may be given back
+  // Either may be null. Both handle objects of the form that nearly all have, for as long as such ones follow each
+  // other, without an event for each tag, and answer how many that were: the next ones that the reader comes to
+  // (`expected` is how many the last vector had), and those from `first` on.
+  std::size_t (*read_plain)(void* vector, c_xml_reader& reader, std::size_t expected) = nullptr;
+  std::size_t (*write_plain)(const void* vector, std::size_t first, c_xml_writer& writer) = nullptr;
 };
 
 enum class_flags : std::uint8_t {

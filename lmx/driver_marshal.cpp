@@ -187,7 +187,8 @@ elmx_error c_marshal_helper::write_block(const particle& row) {
   const std::size_t count = block.size(objects);
   elmx_error code = check_count(row, count);
   for (std::size_t i = 0; i < count && code == ELMX_OK; ++i) {
-    code = lmx::marshal(block.at(objects, i), _writer, row.name);
+    if (block.write_plain != nullptr) i += block.write_plain(objects, i, _writer);
+    if (i < count) code = lmx::marshal(block.at(objects, i), _writer, row.name);
   }
   return code;
 }

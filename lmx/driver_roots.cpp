@@ -67,6 +67,7 @@ elmx_error marshal_root(const object& self, const root_descriptor& root, c_xml_w
 
 elmx_error marshal_root(const object& self, const root_descriptor& root, std::string& text, c_error_record* out) {
   std::string written;
+  if (text.empty()) written.swap(text);  // with the room that it may have been given
   c_xml_writer writer(written);
   const elmx_error code = marshal_root(self, root, writer);
   if (code == ELMX_OK) text = std::move(written);

@@ -85,6 +85,7 @@ class c_unmarshal_helper {
   elmx_error read_child(const particle& row);
   elmx_error read_children(const particle& row);
   elmx_error read_block(const particle& row);
+  void read_plain(const particle& row);
   elmx_error read_group(const particle& row);
   elmx_error read_groups(const particle& row);
   elmx_error read_any(const particle& row);
@@ -248,8 +249,9 @@ elmx_error c_unmarshal_helper::advance() {
 elmx_error c_unmarshal_helper::read_complex_body() {
   if (_empty) {
     _token = TOKEN_ELEMENT_END;
-  } else if (const elmx_error code = advance(); code != ELMX_OK) {
-    return code;
+  } else {
+    if (_type.particle_count > 0 && _type.particles[0].kind == particle_kind::block) read_plain(_type.particles[0]);
+    if (const elmx_error code = advance(); code != ELMX_OK) return code;
   }
   _events = 0;
   for (const particle* row = rows_begin(_type); row != rows_end(_type); row = next_row(row)) {
@@ -403,19 +405,28 @@ elmx_error c_unmarshal_helper::read_children(const particle& row) {
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }
 
+// Instead of the next events, as far as it goes; advance() is due afterwards as before.
+void c_unmarshal_helper::read_plain(const particle& row) {
+  const block_hooks& block = *row.target->block;
+  if (block.read_plain == nullptr || row.max_occurs != kUnbounded) return;
+  block.read_plain(&at<char>(row.offset), _reader, _reader.last_count());
+}
+
 elmx_error c_unmarshal_helper::read_block(const particle& row) {
   const block_hooks& block = *row.target->block;
   void* objects = &at<char>(row.offset);
-  std::uint32_t count = 0;
-  for (; starts(row); ++count) {
-    elmx_error code = count == row.max_occurs ? too_many(row) : ELMX_OK;
+  while (starts(row)) {
+    elmx_error code = block.size(objects) == row.max_occurs ? too_many(row) : ELMX_OK;
     if (code != ELMX_OK) return code;
     _reader.set_program_line(row.line);
     code = lmx::unmarshal(block.append(objects), _reader, row.name);
+    if (code == ELMX_OK) read_plain(row);
     if (code == ELMX_OK) code = advance();
     if (code != ELMX_OK) return code;
   }
   block.finish(objects);
+  const std::size_t count = block.size(objects);
+  _reader.set_last_count(count);
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }
 

@@ -27,6 +27,7 @@ class fast_lane {
     _lines = 0;
   }
   const char* position() const { return _position; }
+  std::string_view rest() const { return {_position, static_cast<std::size_t>(_end - _position)}; }
   // Line feeds passed since enter().
   int passed_lines() const;
 

@@ -20,6 +20,9 @@ using Block = std::unique_ptr<T[], FreeBlock>;
 // Room for `size` bytes, uninitialised, aligned for any type. Throws std::bad_alloc.
 void* allocateBlock(std::size_t size);
 
+// Asks for large pages under memory that was got otherwise, such as the room of a string about to be filled.
+void preferLargePages(void* begin, std::size_t size);
+
 template <class T>
 Block<T> makeBlock(std::size_t count) {
   return Block<T>(static_cast<T*>(allocateBlock(count * sizeof(T))));

@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <new>
 
 #include <sys/mman.h>
@@ -16,9 +17,16 @@ void* allocateBlock(std::size_t size) {
   if (rounded < size) throw std::bad_alloc();
   void* block = std::aligned_alloc(kLargeBlock, rounded);
   if (block == nullptr) throw std::bad_alloc();
-  // The whole pages of what was asked for; the rest of the last one stays untouched. A refusal costs speed alone.
-  ::madvise(block, size / kLargeBlock * kLargeBlock, MADV_HUGEPAGE);
+  preferLargePages(block, size);
   return block;
+}
+
+// The whole pages that lie within; the rest stays untouched. A refusal costs speed alone.
+void preferLargePages(void* begin, std::size_t size) {
+  const auto address = reinterpret_cast<std::uintptr_t>(begin);
+  const std::size_t skipped = (kLargeBlock - address % kLargeBlock) % kLargeBlock;
+  if (size < skipped + kLargeBlock) return;
+  ::madvise(static_cast<char*>(begin) + skipped, (size - skipped) / kLargeBlock * kLargeBlock, MADV_HUGEPAGE);
 }
 
 }  // namespace rubrica::platform

@@ -12,4 +12,6 @@ void* allocateBlock(std::size_t size) {
   return block;
 }
 
+void preferLargePages(void* /*begin*/, std::size_t /*size*/) {}
+
 }  // namespace rubrica::platform

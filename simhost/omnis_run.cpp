@@ -28,9 +28,11 @@ constexpr const char* help =
 Runs a script in Omnis notation against the Tabulix component.
 
   --component PATH   the module to load; else $OMNIS_RUN_COMPONENT, else
-                     TabulixU.so beside this program or in ../host
+                     TabulixU.so beside this program, in ../host, or where
+                     it is installed
   --check            only checks the script, without running it
   --help             shows this
+  --version          shows the version
 
 ARGUMENTS are the values of the script's `Parameter` lines, in order.
 Exit code 0: the script ended. 1: an error in the script, shown with its line.
@@ -68,6 +70,7 @@ struct Options {
   std::vector<std::string> arguments;
   bool checkOnly = false;
   bool showHelp = false;
+  bool showVersion = false;
 };
 
 // False when the command line makes no sense; says why.
@@ -76,6 +79,10 @@ bool parseOptions(const std::vector<std::string>& words, Options& options) {
   for (; i < words.size() && words[i].starts_with("-"); ++i) {
     if (words[i] == "--help" || words[i] == "-h") {
       options.showHelp = true;
+      return true;
+    }
+    if (words[i] == "--version") {
+      options.showVersion = true;
       return true;
     }
     if (words[i] == "--check") {
@@ -105,7 +112,7 @@ std::string defaultComponent() {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
   const std::filesystem::path folder = error ? std::filesystem::current_path() : program.parent_path();
-  for (const auto& place : {folder, folder / ".." / "host", folder / ".."}) {
+  for (const auto& place : {folder, folder / ".." / "host", folder / "..", folder / ".." / RUBRICA_COMPONENT_DIR}) {
     if (std::filesystem::exists(place / componentFile, error)) return (place / componentFile).lexically_normal();
   }
   return (folder / componentFile).string();
@@ -159,6 +166,10 @@ int main(int argc, char** argv) {
   if (!parseOptions({argv + 1, argv + argc}, options)) return exitUsage;
   if (options.showHelp) {
     std::fputs(help, stdout);
+    return exitDone;
+  }
+  if (options.showVersion) {
+    std::puts("omnis-run " RUBRICA_VERSION);
     return exitDone;
   }
   try {

@@ -1,7 +1,6 @@
 // rubrica-bench: one whole job in a process, so that it can be set beside any other program.
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include <sys/resource.h>
@@ -9,18 +8,22 @@
 #include "engine/book.h"
 #include "tools/bench_workloads.h"
 #include "tools/book_opener.h"
+#include "tools/command_line.h"
 
 namespace rubrica::tools {
 namespace {
 
-constexpr char kHelp[] =
-    "usage: rubrica-bench write FORM WORKLOAD FILE\n"
-    "       rubrica-bench read FILE\n"
-    "       rubrica-bench resave IN OUT\n"
+constexpr ToolText kTool = {
+    "rubrica-bench",
+    "write FORM WORKLOAD FILE\n       rubrica-bench read FILE\n       rubrica-bench resave IN OUT",
     "Runs one job and prints cells, seconds and peak memory.\n"
     "  FORM      xls or xlsx\n"
     "  WORKLOAD  N numbers, S strings, M mixed, R random numbers, B ten million numbers (xlsx)\n"
-    "read visits every cell and prints a checksum: the sum of the numbers and the length of the strings.\n";
+    "read visits every cell and prints a checksum: the sum of the numbers and the length of the strings.",
+    {},
+    "Exit code: 0 done, 1 a file can't be read or written, 2 the call is wrong.\n"};
+
+constexpr int kExitUnreadable = 1;
 
 double now() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -33,8 +36,13 @@ double peakMegabytes() {
 }
 
 int fail(Book& book, const char* what) {
-  std::fprintf(stderr, "rubrica-bench: %s: %s\n", what, book.errorMessage());
-  return 1;
+  complain(kTool.name, std::string(what) + ": " + book.errorMessage());
+  return kExitUnreadable;
+}
+
+int refuse(const std::string& file) {
+  complain(kTool.name, file + ": this version reads no ." + formOf(file) + " files");
+  return kExitUnreadable;
 }
 
 void report(const char* job, long cells, double seconds) {
@@ -75,8 +83,8 @@ int writeJob(const std::string& form, const std::string& workload, const std::st
   const double start = now();
   const BookPtr book = createBook(form);
   if (book == nullptr) {
-    std::fprintf(stderr, "rubrica-bench: this version writes no .%s files\n", form.c_str());
-    return 1;
+    complain(kTool.name, "this version writes no ." + form + " files");
+    return kExitUnreadable;
   }
   const Shape shape = shapeOf(form, workload);
   Sheet* sheet = book->addSheet(u"Sheet1");
@@ -89,7 +97,7 @@ int writeJob(const std::string& form, const std::string& workload, const std::st
 int readJob(const std::string& file) {
   const double start = now();
   const BookPtr book = createBook(formOf(file));
-  if (book == nullptr) return 1;
+  if (book == nullptr) return refuse(file);
   if (!book->load(wideText(file).c_str())) return fail(*book, "loading");
   Checksum checksum;
   for (int i = 0; i < book->sheetCount(); ++i) visit(*book->getSheet(i), checksum);
@@ -102,7 +110,7 @@ int readJob(const std::string& file) {
 int resaveJob(const std::string& in, const std::string& out) {
   const double start = now();
   const BookPtr book = createBook(formOf(in));
-  if (book == nullptr) return 1;
+  if (book == nullptr) return refuse(in);
   if (!book->load(wideText(in).c_str())) return fail(*book, "loading");
   if (!book->save(wideText(out).c_str())) return fail(*book, "saving");
   report("resave", 0, now() - start);
@@ -110,16 +118,17 @@ int resaveJob(const std::string& in, const std::string& out) {
 }
 
 int run(int argc, char** argv) {
-  if (argc == 2 && std::strcmp(argv[1], "--help") == 0) {
-    std::fputs(kHelp, stdout);
-    return 0;
+  CommandLine line(kTool, argc, argv);
+  if (line.exitCode()) return *line.exitCode();
+  const std::vector<std::string>& words = line.files();
+  const std::string job = words.empty() ? "" : words[0];
+  if (job == "write" && words.size() == 4 && knowsWorkload(words[1], words[2])) {
+    return writeJob(words[1], words[2], words[3]);
   }
-  const std::string job = argc > 1 ? argv[1] : "";
-  if (job == "write" && argc == 5 && knowsWorkload(argv[2], argv[3])) return writeJob(argv[2], argv[3], argv[4]);
-  if (job == "read" && argc == 3) return readJob(argv[2]);
-  if (job == "resave" && argc == 4) return resaveJob(argv[2], argv[3]);
-  std::fputs(kHelp, stderr);
-  return 2;
+  if (job == "read" && words.size() == 2) return readJob(words[1]);
+  if (job == "resave" && words.size() == 3) return resaveJob(words[1], words[2]);
+  line.reject(job.empty() ? "takes a job" : "knows no such job as \"" + job + "\" with these words");
+  return *line.exitCode();
 }
 
 }  // namespace

@@ -20,8 +20,30 @@ std::string formOf(const std::string& path) {
   return signature == std::array{'P', 'K'} ? "xlsx" : "xls";
 }
 
+OpenedBook openBook(const std::string& path) {
+  OpenedBook opened;
+  opened.path = path;
+  opened.form = formOf(path);
+  opened.book = createBook(opened.form);
+  if (opened.book == nullptr) {
+    opened.error = path + ": this version reads no ." + opened.form + " files";
+    return opened;
+  }
+  if (!opened.book->load(wideText(path).c_str())) {
+    opened.error = path + ": " + opened.book->errorMessage();
+    opened.book.reset();
+    return opened;
+  }
+  if (opened.form == "xlsx") opened.book->setRgbMode(true);
+  return opened;
+}
+
 std::u16string wideText(const std::string& utf8) {
   return platform::utf16FromUtf8Lossy(utf8);
+}
+
+std::string narrowText(std::u16string_view text) {
+  return platform::utf8FromUtf16Lossy(text);
 }
 
 }  // namespace rubrica::tools

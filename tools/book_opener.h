@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "engine/book.h"
 
@@ -19,7 +20,15 @@ BookPtr createBook(const std::string& form);
 // "xls" or "xlsx" by the signature of the file; "xls" when it has neither, whose loader then says what is wrong.
 std::string formOf(const std::string& path);
 
+// The book in a file; null with the reason in `error`. Colours of an .xlsx book are read as RGB values.
+struct OpenedBook {
+  BookPtr book;
+  std::string path, form, error;
+};
+OpenedBook openBook(const std::string& path);
+
 // Command line arguments and the engine's file names.
 std::u16string wideText(const std::string& utf8);
+std::string narrowText(std::u16string_view text);
 
 }  // namespace rubrica::tools

@@ -1,28 +1,37 @@
 // rubrica-dump: prints what the engine finds in a workbook, one JSON object a line.
 #include <cstdio>
-#include <cstdlib>
-#include <getopt.h>
 #include <string>
 
 #include "engine/book.h"
+#include "platform/input_file.h"
 #include "tools/book_opener.h"
+#include "tools/cell_value.h"
+#include "tools/command_line.h"
 #include "tools/json_writer.h"
+#include "tools/progress.h"
+#include "tools/record_names.h"
+#include "tools/record_stream.h"
 
 namespace rubrica::tools {
 namespace {
 
-constexpr char kHelp[] =
-    "usage: rubrica-dump [--sheet N] [--styles] FILE\n"
-    "Prints a workbook as JSON Lines in UTF-8: the book, then each sheet and its cells in row order. All numbers "
-    "count\n"
-    "from 0.\n"
-    "  --sheet N   only the sheet at this position\n"
-    "  --styles    with each cell also its number format, font, fill, alignment and borders\n"
-    "Exits with 1 and the engine's message when the file can't be read, with 2 on a wrong call.\n";
+constexpr OptionRow kOptions[] = {
+    {"sheet", "N", "only the sheet at this position"},
+    {"styles", nullptr, "with each cell also its number format, font, fill, alignment and borders"},
+    {"records", nullptr, "the raw records of the workbook stream instead: offset, id, name, size"},
+};
+
+constexpr ToolText kTool = {"rubrica-dump", "[--sheet N] [--styles] FILE\n       rubrica-dump --records FILE",
+                            "Prints a workbook as JSON Lines in UTF-8: the book, then each sheet and its cells in row "
+                            "order. All numbers count\n"
+                            "from 0.",
+                            kOptions, "Exit code: 0 all was printed, 1 the file can't be read, 2 the call is wrong.\n"};
+
+constexpr int kExitUnreadable = 1;
 
 struct Options {
   int sheet = -1;
-  bool styles = false;
+  bool styles = false, records = false;
   std::string file;
 };
 
@@ -30,28 +39,6 @@ void print(JsonWriter& json) {
   std::fwrite(json.text().data(), 1, json.text().size(), stdout);
   std::fputc('\n', stdout);
   json.clear();
-}
-
-const char* errorText(ErrorType error) {
-  switch (error) {
-    case ErrorType::null:
-      return "#NULL!";
-    case ErrorType::divByZero:
-      return "#DIV/0!";
-    case ErrorType::value:
-      return "#VALUE!";
-    case ErrorType::ref:
-      return "#REF!";
-    case ErrorType::name:
-      return "#NAME?";
-    case ErrorType::num:
-      return "#NUM!";
-    case ErrorType::notAvailable:
-      return "#N/A";
-    case ErrorType::noError:
-      break;
-  }
-  return "#UNKNOWN!";
 }
 
 const char* typeName(CellType type) {
@@ -236,59 +223,62 @@ class Dump {
   JsonWriter _json;
 };
 
-// -1 to go on, otherwise the exit code.
-int parse(int argc, char** argv, Options& options) {
-  static const option kOptions[] = {{"sheet", required_argument, nullptr, 's'},
-                                    {"styles", no_argument, nullptr, 'y'},
-                                    {"help", no_argument, nullptr, 'h'},
-                                    {nullptr, 0, nullptr, 0}};
-  for (int c = 0; (c = getopt_long(argc, argv, "h", kOptions, nullptr)) != -1;) {
-    if (c == 'h') {
-      std::fputs(kHelp, stdout);
-      return 0;
-    }
-    if (c == 'y') {
-      options.styles = true;
-    } else if (c == 's') {
-      char* end = nullptr;
-      options.sheet = static_cast<int>(std::strtol(optarg, &end, 10));
-      if (*optarg == '\0' || *end != '\0' || options.sheet < 0) {
-        std::fprintf(stderr, "rubrica-dump: --sheet takes a position from 0, not \"%s\"\n", optarg);
-        return 2;
-      }
-    } else {
-      std::fputs(kHelp, stderr);
-      return 2;
-    }
+int fail(Progress& progress, const std::string& message) {
+  progress.finish();
+  complain(kTool.name, message);
+  return kExitUnreadable;
+}
+
+// A damaged file is printed as far as it goes.
+int dumpRecords(const Options& options, Progress& progress) {
+  if (formOf(options.file) != "xls") {
+    return fail(progress, options.file + ": this version lists no parts of .xlsx files");
   }
-  if (optind != argc - 1) {
-    std::fputs(kHelp, stderr);
-    return 2;
+  const auto bytes = platform::readWholeFile(wideText(options.file));
+  if (!bytes) return fail(progress, options.file + ": can't open file for reading");
+  const RecordStream stream = readRecordStream(*bytes);
+  JsonWriter json;
+  for (const RawStreamRecord& record : stream.records) {
+    json.beginObject().key("record").beginObject();
+    json.member("offset", static_cast<std::int64_t>(record.offset)).member("id", int{record.recordId});
+    json.member("name", std::string_view(recordName(record.recordId)));
+    json.member("size", int{record.statedSize}).member("substream", record.substream);
+    json.endObject().endObject();
+    print(json);
   }
-  options.file = argv[optind];
-  return -1;
+  for (const std::string& damage : stream.damage) complain(kTool.name, options.file + ": " + damage);
+  return stream.damage.empty() ? kExitFine : kExitUnreadable;
+}
+
+int dumpBook(const Options& options, Progress& progress) {
+  const std::string form = formOf(options.file);
+  const BookPtr book = createBook(form);
+  if (book == nullptr) return fail(progress, options.file + ": this version reads no ." + form + " files");
+  if (!book->load(wideText(options.file).c_str())) return fail(progress, options.file + ": " + book->errorMessage());
+  if (options.sheet >= book->sheetCount()) {
+    return fail(progress, options.file + " has " + std::to_string(book->sheetCount()) + " sheets, none at position " +
+                              std::to_string(options.sheet));
+  }
+  progress.begin("printing " + options.file);
+  Dump(*book, options, form).run();
+  return kExitFine;
 }
 
 int run(int argc, char** argv) {
+  CommandLine line(kTool, argc, argv);
+  line.expectFiles(line.exitCode() ? line.files().size() : 1);
   Options options;
-  if (const int code = parse(argc, argv, options); code >= 0) return code;
-  const std::string form = formOf(options.file);
-  const BookPtr book = createBook(form);
-  if (book == nullptr) {
-    std::fprintf(stderr, "rubrica-dump: %s: this version reads no .%s files\n", options.file.c_str(), form.c_str());
-    return 1;
-  }
-  if (!book->load(wideText(options.file).c_str())) {
-    std::fprintf(stderr, "rubrica-dump: %s: %s\n", options.file.c_str(), book->errorMessage());
-    return 1;
-  }
-  if (options.sheet >= book->sheetCount()) {
-    std::fprintf(stderr, "rubrica-dump: %s has %d sheets, none at position %d\n", options.file.c_str(),
-                 book->sheetCount(), options.sheet);
-    return 1;
-  }
-  Dump(*book, options, form).run();
-  return std::fflush(stdout) == 0 ? 0 : 1;
+  options.sheet = line.number("sheet", -1);
+  options.styles = line.has("styles");
+  options.records = line.has("records");
+  if (options.records && (options.styles || line.has("sheet"))) line.reject("--records goes with no other option");
+  if (line.exitCode()) return *line.exitCode();
+  options.file = line.files().front();
+  Progress progress(kTool.name);
+  progress.begin("reading " + options.file);
+  const int code = options.records ? dumpRecords(options, progress) : dumpBook(options, progress);
+  progress.finish();
+  return finishOutput(kTool.name) ? code : kExitUnreadable;
 }
 
 }  // namespace

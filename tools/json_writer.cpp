@@ -76,7 +76,7 @@ JsonWriter& JsonWriter::value(bool flag) {
   return *this;
 }
 
-JsonWriter& JsonWriter::value(int number) {
+JsonWriter& JsonWriter::value(std::int64_t number) {
   separate();
   _text += std::to_string(number);
   return *this;

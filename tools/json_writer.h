@@ -2,6 +2,7 @@
 // shortest form that reads back exactly; text is UTF-8.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,7 +19,8 @@ class JsonWriter {
   JsonWriter& value(const char* text) { return value(std::string_view(text)); }
   JsonWriter& value(std::u16string_view text);
   JsonWriter& value(bool flag);
-  JsonWriter& value(int number);
+  JsonWriter& value(int number) { return value(std::int64_t{number}); }
+  JsonWriter& value(std::int64_t number);
   JsonWriter& value(double number);  // null when it is not finite
   template <class T>
   JsonWriter& member(std::string_view name, const T& content) {

@@ -43,9 +43,10 @@ void checkRoomFor(const Bound& bound, FilterType kind, const char* message) {
 template <class Custom>
 void appendCustom(Custom& filters, FilterOperator op, const char16_t* value) {
   if (value == nullptr) return;
+  std::string token(operatorToken(op)), text = toXstring(value);
   auto& filter = filters.append_customFilter();
-  filter.set_operator(std::string(operatorToken(op)));
-  filter.set_val(toXstring(value));
+  filter.set_operator(std::move(token));
+  filter.set_val(std::move(text));
 }
 
 }  // namespace

@@ -192,6 +192,7 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
 
   // ---- Sheets (book_sheets.cpp, book_sheet_copy.cpp)
   ISheetT<char16_t>* insertSheetAt(int index, Text name, ISheetT<char16_t>* initSheet);
+  void listSheet(int index, std::u16string_view name, const std::string& path);
   std::string makeSheetPath();
   std::uint32_t freeSheetId() const;
   void dropParts(const std::vector<std::string>& partNames);

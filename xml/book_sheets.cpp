@@ -4,6 +4,7 @@
 #include <limits>
 #include <set>
 
+#include "engine/make_room.h"
 #include "engine/sheet_name.h"
 #include "platform/text.h"
 #include "xml/book_impl.h"
@@ -109,23 +110,33 @@ ISheetT<char16_t>* XMLBookImplT<Tag>::insertSheetAt(int index, Text name, ISheet
   auto* source = dynamic_cast<Sheet*>(initSheet);
   if (initSheet != nullptr && source == nullptr) throw xlerror("not supported");
   const std::string path = makeSheetPath();
-  ContentTypes& types = needContentTypes();
-  Relationships& links = needWorkbookRelationships();
   auto made = source == nullptr ? std::make_unique<Sheet>(*this) : std::make_unique<Sheet>(*this, *source);
+  makeRoom(_sheets);
+  try {
+    Sheet& sheet = _parts.add(path, std::move(made));
+    if (source != nullptr) copySheetParts(*source, path);
+    needContentTypes().addOverride(path, content_type::kWorksheet);
+    listSheet(index, usable, path);
+    _sheets.insert(_sheets.begin() + index, &sheet);
+    return &sheet;
+  } catch (...) {
+    dropParts({path});
+    needWorkbookRelationships().removeByTarget(path.substr(_baseDir.size() + 1));
+    throw;
+  }
+}
 
-  const std::uint32_t sheetId = freeSheetId();
-  Sheet& sheet = _parts.add(path, std::move(made));
-  types.addOverride(path, content_type::kWorksheet);
-  auto& entry = this->get_sheets().insert_sheet(static_cast<std::size_t>(index));
-  entry.set_name(platform::utf8FromUtf16Lossy(usable));
-  entry.set_sheetId(sheetId);
-  entry.set_r_id(links.add(path.substr(_baseDir.size() + 1), relationship_type::kWorksheet));
-  _sheets.insert(_sheets.begin() + index, &sheet);
+// The workbook's entry of a sheet whose part is there, with all that counts sheets.
+template <class Tag>
+void XMLBookImplT<Tag>::listSheet(int index, std::u16string_view name, const std::string& path) {
+  SheetEntry entry;
+  entry.set_name(platform::utf8FromUtf16Lossy(name));
+  entry.set_sheetId(freeSheetId());
+  entry.set_r_id(needWorkbookRelationships().add(path.substr(_baseDir.size() + 1), relationship_type::kWorksheet));
+  this->get_sheets().insert_sheet(static_cast<std::size_t>(index)) = std::move(entry);
   const auto shifted = [index](int position) { return position >= index ? position + 1 : position; };
   renumberNames(shifted);
   renumberViews(shifted);
-  if (source != nullptr) copySheetParts(*source, path);
-  return &sheet;
 }
 
 // One past the highest id, or, where a damaged file has taken the last one there is, the lowest that is free.
@@ -195,12 +206,16 @@ bool XMLBookImplT<Tag>::moveSheet(int srcIndex, int dstIndex) {
     if (dstIndex == srcIndex + 1) throw xlerror("there is no sense: srcIndex is equal to dstIndex - 1");
     const int target = srcIndex < dstIndex ? dstIndex - 1 : dstIndex;
     auto& list = this->get_sheets();
-    const SheetEntry entry = list.get_sheet(static_cast<std::size_t>(srcIndex));
-    list.erase_sheet(static_cast<std::size_t>(srcIndex));
-    list.insert_sheet(static_cast<std::size_t>(target)) = entry;
-    Sheet* sheet = _sheets[static_cast<std::size_t>(srcIndex)];
-    _sheets.erase(_sheets.begin() + srcIndex);
-    _sheets.insert(_sheets.begin() + target, sheet);
+    SheetEntry& place = list.insert_sheet(static_cast<std::size_t>(dstIndex));
+    const auto left = static_cast<std::size_t>(srcIndex < dstIndex ? srcIndex : srcIndex + 1);
+    place = std::move(list.get_sheet(left));
+    list.erase_sheet(left);
+    const auto from = _sheets.begin() + srcIndex;
+    if (srcIndex < target) {
+      std::rotate(from, from + 1, _sheets.begin() + target + 1);
+    } else {
+      std::rotate(_sheets.begin() + target, from, from + 1);
+    }
     const auto moved = [=](int position) {
       if (position == srcIndex) return target;
       if (srcIndex < position && position <= target) return position - 1;

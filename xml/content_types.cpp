@@ -20,16 +20,29 @@ void ContentTypes::index() {
   }
 }
 
+// The item is in the list whole or not at all, whatever memory runs out on the way.
+template <class Fill>
+void ContentTypes::append(Positions& positions, std::string_view key, Fill&& fill) {
+  const auto place = positions.emplace(key, size_choice()).first;
+  try {
+    fill(append_choice());
+  } catch (...) {
+    if (size_choice() > place->second) erase_choice(place->second);
+    positions.erase(place);
+    throw;
+  }
+}
+
 void ContentTypes::addDefault(std::string_view extension, std::string_view type) {
   const auto known = _defaults.find(extension);
   if (known != _defaults.end()) {
     get_choice(known->second).get_Default().set_ContentType(std::string(type));
     return;
   }
-  _defaults.emplace(extension, size_choice());
-  auto& added = append_choice().get_Default();
-  added.set_Extension(std::string(extension));
-  added.set_ContentType(std::string(type));
+  append(_defaults, extension, [&](auto& item) {
+    item.get_Default().set_Extension(std::string(extension));
+    item.get_Default().set_ContentType(std::string(type));
+  });
 }
 
 void ContentTypes::addOverride(std::string_view partName, std::string_view type) {
@@ -38,10 +51,10 @@ void ContentTypes::addOverride(std::string_view partName, std::string_view type)
     get_choice(known->second).get_Override().set_ContentType(std::string(type));
     return;
   }
-  _overrides.emplace(partName, size_choice());
-  auto& added = append_choice().get_Override();
-  added.set_PartName(std::string(partName));
-  added.set_ContentType(std::string(type));
+  append(_overrides, partName, [&](auto& item) {
+    item.get_Override().set_PartName(std::string(partName));
+    item.get_Override().set_ContentType(std::string(type));
+  });
 }
 
 // A file may name a part twice: all that is said about it goes.

@@ -31,6 +31,8 @@ class ContentTypes : public XmlFile<contentypes::c_Types> {
   using Positions = std::map<std::string, std::size_t, PartNameLess>;
 
   void index();
+  template <class Fill>
+  void append(Positions& positions, std::string_view key, Fill&& fill);
 
   Positions _defaults, _overrides;
 };

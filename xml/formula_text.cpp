@@ -252,7 +252,8 @@ std::string rewrite(std::string_view text, Parse parse, Change change, Append ap
     if (text[at] == '"' || text[at] == '\'') {
       end = endOfQuoted(text, at);
     } else if (text[at] == '[') {
-      end = endOfBrackets(text, at);
+      // What follows directly is the sheet of an external book, or text that is no reference anyway.
+      end = endOfWord(text, endOfBrackets(text, at));
     } else if (isWordChar(text[at])) {
       if (const std::size_t length = parse(text, at, reference); length > 0) {
         change(reference);

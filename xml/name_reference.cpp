@@ -76,6 +76,7 @@ std::optional<int> rowOf(std::string_view text) {
 }
 
 std::optional<int> colOf(std::string_view text) {
+  if (std::any_of(text.begin(), text.end(), isDigit)) return std::nullopt;
   const auto place = addressIn(std::string(text) + '1');
   return place ? std::optional(place->col) : std::nullopt;
 }

@@ -199,12 +199,14 @@ std::optional<std::int64_t> drawingUnits(const std::string& text) {
 template <class Root>
 void placePicture(Root& root, const PlacedPicture& picture) {
   const std::uint32_t id = freeId(root);
-  auto& anchor = root.append_choice().get_twoCellAnchor();
+  std::decay_t<decltype(root.append_choice())> added;
+  auto& anchor = added.get_twoCellAnchor();
   anchor.set_editAs(std::string(editAsOf(picture.position)));
   setCorner(anchor.get_from(), picture.from);
   setCorner(anchor.get_to(), picture.to.value_or(picture.from));
   fillPic(anchor.get_EG_ObjectChoices().get_pic(), picture, id);
   anchor.get_clientData();
+  root.append_choice() = std::move(added);
 }
 
 template <class Root>

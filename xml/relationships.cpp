@@ -45,13 +45,14 @@ void Relationships::index() {
 std::string Relationships::add(std::string_view target, std::string_view type, bool external) {
   std::string id(kIdPrefix);
   id.append(std::to_string(++_issued));
-  auto& added = append_Relationship();
+  relationships::c_CT_Relationship added;
   added.set_Id(id);
   added.set_Type(std::string(type));
   added.set_Target(std::string(target));
   if (external || type == relationship_type::kHyperlink) added.set_TargetMode("External");
   _targets.emplace(id, target);
   _ids.emplace(target, id);
+  append_Relationship() = std::move(added);
   return id;
 }
 

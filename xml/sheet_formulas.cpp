@@ -47,7 +47,6 @@ bool isMaster(const Formula* formula) {
 
 template <class Tag>
 void XMLSheetImplT<Tag>::adoptSharedFormulas() {
-  _sharedFormulas.clear();
   const auto& data = this->get_sheetData();
   for (std::size_t i = 0; i < data.size_row(); ++i) {
     const Row& row = data.get_row(i);

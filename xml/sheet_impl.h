@@ -4,7 +4,7 @@
 // map; one thread per book.
 //
 // The operations are grouped by subject: sheet_tree.cpp (rows and cells of the tree), sheet_cells.cpp,
-// sheet_writers.cpp, sheet_formulas.cpp, sheet_save.cpp, sheet_unbuilt.cpp.
+// sheet_writers.cpp, sheet_formulas.cpp, sheet_save.cpp.
 #pragma once
 
 #include <array>
@@ -256,9 +256,10 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void readWindow(const char* data, std::size_t size, int firstRow, int lastRow);
   void readWindowOfFile(const std::string& path, int firstRow, int lastRow);
   lmx::elmx_error bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow);
-  // Gives rows and cells without a reference theirs, and puts them in order where they aren't.
-  void settleRows();
-  static void settleCells(Row& row);
+  // Gives rows and cells without a reference theirs, and puts them in order where they aren't. Both answer whether any
+  // cell has a formula.
+  bool settleRows();
+  static bool settleCells(Row& row);
   static void sortRows(SheetData& data);
   void adoptColumnFormats();
   void adoptSharedFormulas();
@@ -305,6 +306,8 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   double rowPoints(int row);
   std::optional<double> fittedWidth(int col);
   void widenUsedRows(int row);
+  // What beside cells is in use in a sheet that was read: hidden rows and merges.
+  void widenByMarks();
   void raiseOutlineDepth(int rowLevel, int colLevel);
 
   // ---- Ranges and moves (sheet_ranges.cpp, sheet_moves.cpp)
@@ -336,7 +339,9 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void moveNames(const LineMove& move, bool updateNamedRanges);
   void renameInNames(const std::string& from, const std::string& to);
   std::size_t checkedLink(int index) const;
-  void forgetRelationship(const std::string& id);
+  void forgetLinkTarget(const std::string& id);
+
+  void dropEmptyLists();
 
   // ---- Filters (sheet_filters.cpp)
   FilterValue filterValue(int row, int col);
@@ -360,6 +365,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   XMLBookImplT<Tag>* _book;
   std::array<std::uint32_t, kColumns> _colFormats{};  // style index by column, so that a new cell needs no search
   UsedRange _used;
+  bool _isPartial = false;  // read with a range of rows
   std::size_t _lastRowPosition = 0;  // where the last row was found or made
   SharedFormulas _sharedFormulas;
   FormatPtr _lastFormat = nullptr;  // of the last write that gave one, with its index

@@ -96,8 +96,14 @@ typename XMLSheetImplT<Tag>::Text XMLSheetImplT<Tag>::hyperlink(int index, int* 
   });
 }
 
+// Other programs let several links lead to one relationship. It goes with the last of them.
 template <class Tag>
-void XMLSheetImplT<Tag>::forgetRelationship(const std::string& id) {
+void XMLSheetImplT<Tag>::forgetLinkTarget(const std::string& id) {
+  const auto* hyperlinks = std::as_const(*this).find_hyperlinks();
+  for (std::size_t i = 0; hyperlinks != nullptr && i < hyperlinks->size_hyperlink(); ++i) {
+    const auto& link = hyperlinks->get_hyperlink(i);
+    if (link.isset_r_id() && link.get_r_id() == id) return;
+  }
   if (Relationships* links = _book->relationshipsOf(_book->partNameOf(*this))) links->removeById(id);
 }
 
@@ -106,9 +112,11 @@ bool XMLSheetImplT<Tag>::delHyperlink(int index) {
   return guarded(_book->lastMessage(), false, [&] {
     const std::size_t at = checkedLink(index);
     auto& links = this->get_hyperlinks();
-    if (const auto& link = links.get_hyperlink(at); link.isset_r_id()) forgetRelationship(link.get_r_id());
+    const auto& link = links.get_hyperlink(at);
+    const std::string id = link.isset_r_id() ? link.get_r_id() : std::string();
     links.erase_hyperlink(at);
     if (links.size_hyperlink() == 0) this->unset_hyperlinks();
+    if (!id.empty()) forgetLinkTarget(id);
     return true;
   });
 }
@@ -123,10 +131,12 @@ void XMLSheetImplT<Tag>::addHyperlink(Text hyperlink, int rowFirst, int rowLast,
       id = _book->needRelationshipsOf(_book->partNameOf(*this))
                .add(platform::utf8FromUtf16(parts.target), relationship_type::kHyperlink, true);
     }
-    auto& link = this->get_hyperlinks().append_hyperlink();
+    auto& links = this->get_hyperlinks();
+    std::decay_t<decltype(links.append_hyperlink())> link;
     link.set_ref(std::move(ref));
     if (!id.empty()) link.set_r_id(std::move(id));
     if (!parts.location.empty()) link.set_location(toXstring(parts.location));
+    links.append_hyperlink() = std::move(link);
   });
 }
 
@@ -146,11 +156,12 @@ bool XMLSheetImplT<Tag>::addIgnoredError(int rowFirst, int colFirst, int rowLast
         }
       }
     }
-    Ignored& added = this->get_ignoredErrors().append_ignoredError();
+    Ignored added;
     added.set_sqref({std::move(ref)});
     for (const auto& flag : Flags::kFlags) {
       if ((errorSet & flag.bit) != 0) (added.*flag.set)(true);
     }
+    this->get_ignoredErrors().append_ignoredError() = std::move(added);
     return true;
   });
 }

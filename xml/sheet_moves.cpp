@@ -194,7 +194,12 @@ void XMLSheetImplT<Tag>::moveUsedRange(const LineMove& move) {
   if (_used.empty()) return;
   int& first = move.ofRows() ? _used.firstRow : _used.firstCol;
   int& last = move.ofRows() ? _used.lastRow : _used.lastCol;
-  const auto moved = move.mapSpan(first, last - 1);
+  auto moved = move.mapSpan(first, last - 1);
+  // A range over all lines stays one; cells don't.
+  if (moved && !move.inserts() && first == 0 && last == move.limit()) {
+    moved->last -= move.count();
+    if (moved->last < 0) moved.reset();
+  }
   if (!moved) {
     _used = {};
     return;
@@ -203,7 +208,7 @@ void XMLSheetImplT<Tag>::moveUsedRange(const LineMove& move) {
   last = moved->last + 1;
 }
 
-// A merge grows around an insertion and shrinks by what is removed of it.
+// A merge grows around an insertion and shrinks by what is removed of it. One cell that is left of it is no merge.
 template <class Tag>
 void XMLSheetImplT<Tag>::moveMerges(const LineMove& move) {
   auto* merges = this->find_mergeCells();
@@ -214,7 +219,9 @@ void XMLSheetImplT<Tag>::moveMerges(const LineMove& move) {
       [&](auto& merge) {
         auto range = parseRange(merge.get_ref());
         if (!range) return false;
+        const SheetRange before = *range;
         if (!move.apply(*range)) return true;
+        if (range->isOneCell() && !before.isOneCell()) return true;
         merge.set_ref(cellText(range->rowFirst, range->colFirst) + ':' + cellText(range->rowLast, range->colLast));
         return false;
       });
@@ -255,16 +262,18 @@ template <class Tag>
 void XMLSheetImplT<Tag>::moveHyperlinks(const LineMove& move) {
   auto* links = this->find_hyperlinks();
   if (links == nullptr) return;
+  std::vector<std::string> gone;
   eraseItems(
       links->size_hyperlink(), [&](std::size_t i) -> auto& { return links->get_hyperlink(i); },
       [&](std::size_t i) { links->erase_hyperlink(i); },
       [&](auto& link) {
         const auto moved = movedRange(link.get_ref(), move);
         if (moved) link.set_ref(*moved);
-        if (!moved && link.isset_r_id()) forgetRelationship(link.get_r_id());
+        if (!moved && link.isset_r_id()) gone.push_back(link.get_r_id());
         return !moved;
       });
   if (links->size_hyperlink() == 0) this->unset_hyperlinks();
+  for (const std::string& id : gone) forgetLinkTarget(id);
 }
 
 template <class Tag>

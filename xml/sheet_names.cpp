@@ -88,10 +88,10 @@ typename XMLSheetImplT<Tag>::DefinedName* XMLSheetImplT<Tag>::findName(std::stri
 template <class Tag>
 typename XMLSheetImplT<Tag>::DefinedName& XMLSheetImplT<Tag>::needName(std::string_view name, int scope) {
   if (DefinedName* present = findName(name, scope)) return *present;
-  DefinedName& made = _book->get_definedNames().append_definedName();
+  DefinedName made;
   made.set_name(std::string(name));
   if (scope >= 0) made.set_localSheetId(static_cast<std::uint32_t>(scope));
-  return made;
+  return _book->get_definedNames().append_definedName() = std::move(made);
 }
 
 template <class Tag>

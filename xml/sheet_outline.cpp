@@ -1,6 +1,4 @@
 // Outline groups of rows and columns of an .xlsx sheet.
-#include <algorithm>
-
 #include "engine/address.h"
 #include "xml/book_impl.h"
 #include "xml/column_ranges.h"
@@ -11,6 +9,11 @@ namespace {
 
 // Readers know levels up to the seventh.
 constexpr int kMostLevel = 7;
+
+int levelAbove(int level) {
+  if (level >= kMostLevel) throw xlerror("exceeded outline level");
+  return level + 1;
+}
 
 template <class Line>
 void setLevel(Line& line, int level) {
@@ -44,7 +47,7 @@ bool XMLSheetImplT<Tag>::groupRows(int rowFirst, int rowLast, bool collapsed) {
     for (int row = rowFirst; row <= rowLast; ++row) {
       if (levelAt(row) != level) throw xlerror("detect overlap");
     }
-    const int newLevel = std::min(level + 1, kMostLevel);
+    const int newLevel = levelAbove(level);
     for (int row = rowFirst; row <= rowLast; ++row) {
       Row& entry = needRow(row);
       setLevel(entry, newLevel);
@@ -71,7 +74,7 @@ bool XMLSheetImplT<Tag>::groupCols(int colFirst, int colLast, bool collapsed) {
     for (int col = colFirst; col <= colLast; ++col) {
       if (levelAt(col) != level) throw xlerror("detect overlap");
     }
-    const int newLevel = std::min(level + 1, kMostLevel);
+    const int newLevel = levelAbove(level);
     const double width = freshColWidth();
     columns.change(colFirst, colLast, width, [&](auto& range) {
       setLevel(range, newLevel);

@@ -1,5 +1,6 @@
 #include "xml/sheet_range.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "engine/address.h"
@@ -28,9 +29,9 @@ std::string cellText(int row, int col) {
 }
 
 std::string rangeText(const SheetRange& range) {
-  std::string text = cellText(range.rowFirst, range.colFirst);
+  std::string text = cellText(std::min(range.rowFirst, range.rowLast), std::min(range.colFirst, range.colLast));
   if (range.rowFirst == range.rowLast && range.colFirst == range.colLast) return text;
-  return text + ':' + cellText(range.rowLast, range.colLast);
+  return text + ':' + cellText(std::max(range.rowFirst, range.rowLast), std::max(range.colFirst, range.colLast));
 }
 
 std::string absoluteCellText(int row, int col) {

@@ -13,13 +13,15 @@ struct SheetRange {
   int rowFirst = 0, rowLast = 0, colFirst = 0, colLast = 0;
 
   bool holds(int row, int col) const { return rowFirst <= row && row <= rowLast && colFirst <= col && col <= colLast; }
+  bool isOneCell() const { return rowFirst == rowLast && colFirst == colLast; }
   bool operator==(const SheetRange&) const = default;
 };
 
 // One address gives a range of one cell; "$" signs are passed over; corners come out in order. Nothing for other text.
 std::optional<SheetRange> parseRange(std::string_view text);
 
-// One address where both corners are the same. Throws xlerror for a corner outside the sheet.
+// One address where both corners are the same; corners may come in any order. Throws xlerror for a corner outside the
+// sheet.
 std::string rangeText(const SheetRange& range);
 std::string cellText(int row, int col);
 // "$A$1".

@@ -162,6 +162,24 @@ void XMLSheetImplT<Tag>::widenUsedRows(int row) {
   }
 }
 
+// A sheet that is read has the used range that it had when it was saved. One of which a part is read begins and ends
+// with its rows.
+template <class Tag>
+void XMLSheetImplT<Tag>::widenByMarks() {
+  const auto* data = std::as_const(*this).find_sheetData();
+  for (std::size_t i = 0; data != nullptr && i < data->size_row(); ++i) {
+    const Row& row = data->get_row(i);
+    if (row.get_hidden() && row.size_c() == 0) widenUsedRows(static_cast<int>(row.get_r()) - 1);
+  }
+  const auto* merges = std::as_const(*this).find_mergeCells();
+  for (std::size_t i = 0; merges != nullptr && !_isPartial && i < merges->size_mergeCell(); ++i) {
+    const auto range = parseRange(merges->get_mergeCell(i).get_ref());
+    if (!range) continue;
+    _used.widen(range->rowFirst, range->colFirst);
+    _used.widen(range->rowLast, range->colLast);
+  }
+}
+
 template <class Tag>
 bool XMLSheetImplT<Tag>::setRow(int row, double height, FormatPtr format, bool hidden) {
   return guarded(_book->lastMessage(), false, [&] {

@@ -1,5 +1,6 @@
 // What a worksheet brings up to date before it is written.
 #include "engine/address.h"
+#include "platform/large_block.h"
 #include "source/ooxml/cell_address.h"
 #include "xml/book_impl.h"
 #include "xml/sheet_impl.h"
@@ -8,6 +9,10 @@ namespace rubrica {
 namespace {
 
 constexpr double kDefaultRowHeight = 15.0;  // points
+// What a row and a cell take in the text of most sheets at most, in bytes. Room that stays untouched costs nothing; a
+// text that outgrows it is copied.
+constexpr std::size_t kRowText = 64;
+constexpr std::size_t kCellText = 48;
 
 std::string rangeText(const UsedRange& used) {
   std::string text;
@@ -21,12 +26,44 @@ std::string rangeText(const UsedRange& used) {
 
 }  // namespace
 
+// Lists that may not be empty: what would have been the only element of one found no memory.
+template <class Tag>
+void XMLSheetImplT<Tag>::dropEmptyLists() {
+  if (const auto* list = this->find_sheetViews(); list != nullptr && list->size_sheetView() == 0) {
+    this->unset_sheetViews();
+  }
+  if (const auto* list = this->find_mergeCells(); list != nullptr && list->size_mergeCell() == 0) {
+    this->unset_mergeCells();
+  }
+  if (const auto* list = this->find_dataValidations(); list != nullptr && list->size_dataValidation() == 0) {
+    this->unset_dataValidations();
+  }
+  if (const auto* list = this->find_hyperlinks(); list != nullptr && list->size_hyperlink() == 0) {
+    this->unset_hyperlinks();
+  }
+  if (const auto* list = this->find_ignoredErrors(); list != nullptr && list->size_ignoredError() == 0) {
+    this->unset_ignoredErrors();
+  }
+  for (std::size_t i = this->size_cols(); i-- > 0;) {
+    if (std::as_const(*this).get_cols(i).size_col() == 0) this->erase_cols(i);
+  }
+}
+
 template <class Tag>
 void XMLSheetImplT<Tag>::save(std::string& target) {
   auto& data = this->get_sheetData();
   // Spans of a file may no longer be true.
-  for (std::size_t i = 0; i < data.size_row(); ++i) data.get_row(i).unset_spans();
+  std::size_t room = data.size_row() * kRowText;
+  for (std::size_t i = 0; i < data.size_row(); ++i) {
+    data.get_row(i).unset_spans();
+    room += data.get_row(i).size_c() * kCellText;
+  }
+  if (target.empty()) {
+    target.reserve(room);
+    platform::preferLargePages(target.data(), target.capacity());
+  }
   if (!this->isset_sheetFormatPr()) this->get_sheetFormatPr().set_defaultRowHeight(kDefaultRowHeight);
+  dropEmptyLists();
   this->get_dimension().set_ref(rangeText(_used));
   Base::save(target);
 }

@@ -117,6 +117,7 @@ void XMLSheetImplT<Tag>::readWindowOfFile(const std::string& path, int firstRow,
 
 template <class Tag>
 lmx::elmx_error XMLSheetImplT<Tag>::bindWindow(lmx::c_xml_reader& reader, int firstRow, int lastRow) {
+  _isPartial = true;
   RowWindow<Row> window{firstRow < 0 ? -1 : firstRow, lastRow < 0 ? -1 : lastRow, 0, {}};
   reader.set_child_filter({&Row::kDescriptor, &RowWindow<Row>::keep, &window});
   if (const auto code = Root::unmarshal(reader)) return code;
@@ -134,8 +135,10 @@ void XMLSheetImplT<Tag>::init() {
   _lastRowPosition = 0;
   _lastFormat = nullptr;
   adoptColumnFormats();
-  settleRows();
-  adoptSharedFormulas();
+  _sharedFormulas.clear();
+  const bool hasFormulas = settleRows();
+  widenByMarks();
+  if (hasFormulas) adoptSharedFormulas();
 }
 
 template <class Tag>
@@ -154,7 +157,7 @@ void XMLSheetImplT<Tag>::adoptColumnFormats() {
 
 // A row without a number follows the one before it. Of a row that is repeated the first stands, with the cells of all.
 template <class Tag>
-void XMLSheetImplT<Tag>::settleRows() {
+bool XMLSheetImplT<Tag>::settleRows() {
   auto& data = this->get_sheetData();
   std::uint32_t last = 0;
   bool inOrder = true;
@@ -166,15 +169,17 @@ void XMLSheetImplT<Tag>::settleRows() {
     last = row.get_r();
   }
   if (!inOrder) sortRows(data);
+  bool hasFormulas = false;
   for (std::size_t i = 0; i < data.size_row(); ++i) {
     Row& row = data.get_row(i);
-    settleCells(row);
+    hasFormulas = settleCells(row) || hasFormulas;
     const std::size_t count = row.size_c();
     if (count == 0) continue;
     const int number = static_cast<int>(row.get_r()) - 1;
     _used.widen(number, row.get_c(0).column());
     _used.widen(number, row.get_c(count - 1).column());
   }
+  return hasFormulas;
 }
 
 template <class Tag>
@@ -196,19 +201,21 @@ void XMLSheetImplT<Tag>::sortRows(SheetData& data) {
 // A cell without a reference follows the one before it. A cell says the row that it stands in, whatever its reference
 // said. Of cells in one place the last stands.
 template <class Tag>
-void XMLSheetImplT<Tag>::settleCells(Row& row) {
+bool XMLSheetImplT<Tag>::settleCells(Row& row) {
   const std::uint32_t number = row.get_r() - 1;
   int next = 0;
   bool inOrder = true;
+  bool hasFormulas = false;
   for (std::size_t i = 0; i < row.size_c(); ++i) {
     Cell& cell = row.get_c(i);
+    hasFormulas = hasFormulas || cell.isset_f();
     const int col = cell.isset_r() ? cell.column() : next;
     if (col > kMaxCol) throw xlerror(kColOutOfRange);
     if (!cell.isset_r() || cell.row() != number) cell.set_position(number, static_cast<std::uint16_t>(col));
     inOrder = inOrder && col >= next;
     next = col + 1;
   }
-  if (inOrder) return;
+  if (inOrder) return hasFormulas;
   reorder<Cell>(
       row.size_c(), [&](std::size_t i) -> Cell& { return row.get_c(i); }, [&] { row.clear_c(); },
       [&](Cell&& cell) {
@@ -217,6 +224,7 @@ void XMLSheetImplT<Tag>::settleCells(Row& row) {
         (isRepeated ? row.get_c(count - 1) : row.append_c()) = std::move(cell);
       },
       [](const Cell& left, const Cell& right) { return left.column() < right.column(); });
+  return hasFormulas;
 }
 
 // ---- Copies
@@ -374,6 +382,8 @@ auto XMLSheetImplT<Tag>::needCell(int row, int col, FormatPtr format) -> Cell& {
   const std::size_t at = cellPosition(found, col);
   const std::size_t count = found.size_c();
   const bool isNew = at == count || found.get_c(at).column() != col;
+  // Rows that follow each other tend to be as long.
+  if (count == 0 && _lastRowPosition > 0) found.reserve_c(this->get_sheetData().get_row(_lastRowPosition - 1).size_c());
   Cell& cell = !isNew ? found.get_c(at) : at == count ? found.append_c() : found.insert_c(at);
   if (isNew) {
     cell.set_position(static_cast<std::uint32_t>(row), static_cast<std::uint16_t>(col));

@@ -56,7 +56,7 @@ bool XMLSheetImplT<Tag>::addDataValidation(ValidationType type, ValidationOperat
     checkOrder(rowFirst, rowLast, colFirst, colLast);
     std::string ref = rangeText({rowFirst, rowLast, colFirst, colLast});
     auto& validations = this->get_dataValidations();
-    auto& added = validations.append_dataValidation();
+    std::decay_t<decltype(validations.append_dataValidation())> added;
     added.set_type(token(kTypes, type));
     added.set_operator(token(kOperators, op));
     added.set_errorStyle(token(kErrorStyles, errorStyle));
@@ -71,6 +71,7 @@ bool XMLSheetImplT<Tag>::addDataValidation(ValidationType type, ValidationOperat
     added.set_sqref({std::move(ref)});
     if (value1 != nullptr) added.set_formula1(formulaOf(value1, type));
     if (value2 != nullptr) added.set_formula2(formulaOf(value2, type));
+    validations.append_dataValidation() = std::move(added);
     validations.set_count(static_cast<std::uint32_t>(validations.size_dataValidation()));
     return true;
   });

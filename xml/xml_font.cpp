@@ -24,8 +24,10 @@ auto findChild(Font& font, Find find) -> decltype(find(font.get_choice(0))) {
 // The same child, or what `make` gets from a new choice at the end.
 template <class Font, class Find, class Make>
 auto& needChild(Font& font, Find find, Make make) {
-  auto* child = findChild(font, find);
-  return child != nullptr ? *child : make(font.append_choice());
+  if (auto* child = findChild(font, find)) return *child;
+  std::decay_t<decltype(font.append_choice())> added;
+  make(added);
+  return make(font.append_choice() = std::move(added));
 }
 
 constexpr auto kSize = [](auto& choice) { return choice.find_sz(); };
@@ -56,9 +58,11 @@ int XMLFontImplT<Tag>::size() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setSize(int points) {
-  needChild(
-      *_element, kSize, [](auto& choice) -> auto& { return choice.get_sz(); })
-      .set_val(points);
+  attempt(_styles->lastMessage(), [&] {
+    needChild(
+        *_element, kSize, [](auto& choice) -> auto& { return choice.get_sz(); })
+        .set_val(points);
+  });
 }
 
 template <class Tag>
@@ -68,9 +72,11 @@ bool XMLFontImplT<Tag>::italic() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setItalic(bool italic) {
-  needChild(
-      *_element, kItalic, [](auto& choice) -> auto& { return choice.get_i(); })
-      .set_val(italic);
+  attempt(_styles->lastMessage(), [&] {
+    needChild(
+        *_element, kItalic, [](auto& choice) -> auto& { return choice.get_i(); })
+        .set_val(italic);
+  });
 }
 
 template <class Tag>
@@ -80,9 +86,11 @@ bool XMLFontImplT<Tag>::strikeOut() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setStrikeOut(bool strikeOut) {
-  needChild(
-      *_element, kStrike, [](auto& choice) -> auto& { return choice.get_strike(); })
-      .set_val(strikeOut);
+  attempt(_styles->lastMessage(), [&] {
+    needChild(
+        *_element, kStrike, [](auto& choice) -> auto& { return choice.get_strike(); })
+        .set_val(strikeOut);
+  });
 }
 
 template <class Tag>
@@ -94,19 +102,21 @@ Color XMLFontImplT<Tag>::color() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setColor(Color color) {
-  if (color == color::notSet) return;
-  const bool isAutomatic = !_styles->rgbMode() && color == color::automatic;
-  if (!isAutomatic) {
-    _styles->writeColor(needChild(
-                            *_element, kColor, [](auto& choice) -> auto& { return choice.get_color(); }),
-                        color);
-    return;
-  }
-  for (std::size_t i = 0; i < _element->size_choice(); ++i) {
-    if (!_element->get_choice(i).isset_color()) continue;
-    _element->erase_choice(i);
-    return;
-  }
+  attempt(_styles->lastMessage(), [&] {
+    if (color == color::notSet) return;
+    const bool isAutomatic = !_styles->rgbMode() && color == color::automatic;
+    if (!isAutomatic) {
+      _styles->writeColor(needChild(
+                              *_element, kColor, [](auto& choice) -> auto& { return choice.get_color(); }),
+                          color);
+      return;
+    }
+    for (std::size_t i = 0; i < _element->size_choice(); ++i) {
+      if (!_element->get_choice(i).isset_color()) continue;
+      _element->erase_choice(i);
+      return;
+    }
+  });
 }
 
 template <class Tag>
@@ -116,9 +126,11 @@ bool XMLFontImplT<Tag>::bold() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setBold(bool bold) {
-  needChild(
-      *_element, kBold, [](auto& choice) -> auto& { return choice.get_b(); })
-      .set_val(bold);
+  attempt(_styles->lastMessage(), [&] {
+    needChild(
+        *_element, kBold, [](auto& choice) -> auto& { return choice.get_b(); })
+        .set_val(bold);
+  });
 }
 
 template <class Tag>
@@ -129,9 +141,12 @@ Script XMLFontImplT<Tag>::script() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setScript(Script script) {
-  needChild(
-      *_element, kScript, [](auto& choice) -> auto& { return choice.get_vertAlign(); })
-      .set_val(std::string(style_words::wordOf(script)));
+  attempt(_styles->lastMessage(), [&] {
+    std::string word(style_words::wordOf(script));
+    needChild(
+        *_element, kScript, [](auto& choice) -> auto& { return choice.get_vertAlign(); })
+        .set_val(std::move(word));
+  });
 }
 
 template <class Tag>
@@ -142,9 +157,12 @@ Underline XMLFontImplT<Tag>::underline() const {
 
 template <class Tag>
 void XMLFontImplT<Tag>::setUnderline(Underline underline) {
-  needChild(
-      *_element, kUnderline, [](auto& choice) -> auto& { return choice.get_u(); })
-      .set_val(std::string(style_words::wordOf(underline)));
+  attempt(_styles->lastMessage(), [&] {
+    std::string word(style_words::wordOf(underline));
+    needChild(
+        *_element, kUnderline, [](auto& choice) -> auto& { return choice.get_u(); })
+        .set_val(std::move(word));
+  });
 }
 
 template <class Tag>
@@ -167,9 +185,10 @@ bool XMLFontImplT<Tag>::setName(const char16_t* name) {
 
 template <class Tag>
 void XMLFontImplT<Tag>::assignName(const char16_t* name) {
+  std::string text = toXstring(viewOf(name));
   needChild(
       *_element, kName, [](auto& choice) -> auto& { return choice.get_name(); })
-      .set_val(toXstring(viewOf(name)));
+      .set_val(std::move(text));
 }
 
 template <class Tag>

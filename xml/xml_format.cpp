@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/xlerror.h"
 #include "xml/style_words.h"
 #include "xml/xml_font.h"
 
@@ -23,26 +24,23 @@ std::uint32_t unsignedOf(int value) {
 
 template <class Tag>
 IFontT<char16_t>* XMLFormatImplT<Tag>::font() {
-  LastMessage& last = _styles->lastMessage();
-  last.setOk();
-  if (!_xf->isset_fontId() || _xf->get_fontId() >= static_cast<std::uint32_t>(_styles->fontCount())) {
-    last.setMessage("incorrect font");
-    return nullptr;
-  }
-  return _styles->font(static_cast<int>(_xf->get_fontId()));
+  return guarded(_styles->lastMessage(), static_cast<IFontT<char16_t>*>(nullptr), [&]() -> IFontT<char16_t>* {
+    if (!_xf->isset_fontId() || _xf->get_fontId() >= static_cast<std::uint32_t>(_styles->fontCount())) {
+      throw xlerror("incorrect font");
+    }
+    return _styles->font(static_cast<int>(_xf->get_fontId()));
+  });
 }
 
 template <class Tag>
 bool XMLFormatImplT<Tag>::setFont(IFontT<char16_t>* font) {
-  const auto position = _styles->positionOf(font);
-  if (!position) {
-    _styles->lastMessage().setMessage("specified font not found");
-    return false;
-  }
-  _xf->set_fontId(*position);
-  _xf->set_applyFont(true);
-  _styles->lastMessage().setOk();
-  return true;
+  return guarded(_styles->lastMessage(), false, [&] {
+    const auto position = _styles->positionOf(font);
+    if (!position) throw xlerror("specified font not found");
+    _xf->set_fontId(*position);
+    _xf->set_applyFont(true);
+    return true;
+  });
 }
 
 template <class Tag>
@@ -64,10 +62,12 @@ AlignH XMLFormatImplT<Tag>::alignH() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setAlignH(AlignH align) {
-  if (const auto word = style_words::wordOf(align); !word.empty()) {
-    _xf->get_alignment().set_horizontal(std::string(word));
-  }
-  _xf->set_applyAlignment(true);
+  attempt(_styles->lastMessage(), [&] {
+    if (const auto word = style_words::wordOf(align); !word.empty()) {
+      _xf->get_alignment().set_horizontal(std::string(word));
+    }
+    _xf->set_applyAlignment(true);
+  });
 }
 
 template <class Tag>
@@ -78,10 +78,12 @@ AlignV XMLFormatImplT<Tag>::alignV() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setAlignV(AlignV align) {
-  if (const auto word = style_words::wordOf(align); !word.empty()) {
-    _xf->get_alignment().set_vertical(std::string(word));
-  }
-  _xf->set_applyAlignment(true);
+  attempt(_styles->lastMessage(), [&] {
+    if (const auto word = style_words::wordOf(align); !word.empty()) {
+      _xf->get_alignment().set_vertical(std::string(word));
+    }
+    _xf->set_applyAlignment(true);
+  });
 }
 
 template <class Tag>
@@ -92,7 +94,7 @@ bool XMLFormatImplT<Tag>::wrap() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setWrap(bool wrap) {
-  _xf->get_alignment().set_wrapText(wrap);
+  attempt(_styles->lastMessage(), [&] { _xf->get_alignment().set_wrapText(wrap); });
 }
 
 template <class Tag>
@@ -103,14 +105,13 @@ int XMLFormatImplT<Tag>::rotation() const {
 
 template <class Tag>
 bool XMLFormatImplT<Tag>::setRotation(int rotation) {
-  LastMessage& last = _styles->lastMessage();
-  if ((rotation < 0 || rotation > kMaxRotation) && rotation != kStackedLetters) {
-    last.setMessage("rotation must be in range 0-180 or 255");
-    return false;
-  }
-  _xf->get_alignment().set_textRotation(static_cast<std::uint32_t>(rotation));
-  last.setOk();
-  return true;
+  return guarded(_styles->lastMessage(), false, [&] {
+    if ((rotation < 0 || rotation > kMaxRotation) && rotation != kStackedLetters) {
+      throw xlerror("rotation must be in range 0-180 or 255");
+    }
+    _xf->get_alignment().set_textRotation(static_cast<std::uint32_t>(rotation));
+    return true;
+  });
 }
 
 template <class Tag>
@@ -121,7 +122,7 @@ int XMLFormatImplT<Tag>::indent() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setIndent(int indent) {
-  _xf->get_alignment().set_indent(unsignedOf(indent));
+  attempt(_styles->lastMessage(), [&] { _xf->get_alignment().set_indent(unsignedOf(indent)); });
 }
 
 template <class Tag>
@@ -132,7 +133,7 @@ bool XMLFormatImplT<Tag>::shrinkToFit() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setShrinkToFit(bool shrinkToFit) {
-  _xf->get_alignment().set_shrinkToFit(shrinkToFit);
+  attempt(_styles->lastMessage(), [&] { _xf->get_alignment().set_shrinkToFit(shrinkToFit); });
 }
 
 template <class Tag>
@@ -143,8 +144,10 @@ bool XMLFormatImplT<Tag>::locked() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setLocked(bool locked) {
-  _xf->get_protection().set_locked(locked);
-  _xf->set_applyProtection(true);
+  attempt(_styles->lastMessage(), [&] {
+    _xf->get_protection().set_locked(locked);
+    _xf->set_applyProtection(true);
+  });
 }
 
 template <class Tag>
@@ -155,7 +158,7 @@ bool XMLFormatImplT<Tag>::hidden() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setHidden(bool hidden) {
-  _xf->get_protection().set_hidden(hidden);
+  attempt(_styles->lastMessage(), [&] { _xf->get_protection().set_hidden(hidden); });
 }
 
 // ---- Borders
@@ -223,8 +226,10 @@ BorderStyle XMLFormatImplT<Tag>::sideStyle(Side which) const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setSideStyle(Side which, BorderStyle style) {
-  needSide(which).set_style(std::string(style_words::wordOf(style)));
-  _xf->set_applyBorder(true);
+  attempt(_styles->lastMessage(), [&] {
+    needSide(which).set_style(std::string(style_words::wordOf(style)));
+    _xf->set_applyBorder(true);
+  });
 }
 
 template <class Tag>
@@ -242,7 +247,9 @@ Color XMLFormatImplT<Tag>::sideColor(Side which) const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setSideColor(Side which, Color color) {
-  if (!isOpen(color)) _styles->writeColor(needSide(which).get_color(), color);
+  attempt(_styles->lastMessage(), [&] {
+    if (!isOpen(color)) _styles->writeColor(needSide(which).get_color(), color);
+  });
 }
 
 template <class Tag>
@@ -337,10 +344,12 @@ BorderDiagonal XMLFormatImplT<Tag>::borderDiagonal() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setBorderDiagonal(BorderDiagonal border) {
-  Border& own = ownBorder();
-  own.set_diagonalDown(border == BorderDiagonal::down || border == BorderDiagonal::both);
-  own.set_diagonalUp(border == BorderDiagonal::up || border == BorderDiagonal::both);
-  _xf->set_applyBorder(true);
+  attempt(_styles->lastMessage(), [&] {
+    Border& own = ownBorder();
+    own.set_diagonalDown(border == BorderDiagonal::down || border == BorderDiagonal::both);
+    own.set_diagonalUp(border == BorderDiagonal::up || border == BorderDiagonal::both);
+    _xf->set_applyBorder(true);
+  });
 }
 
 template <class Tag>
@@ -405,10 +414,12 @@ void XMLFormatImplT<Tag>::setFillPattern(FillPattern pattern) {
     _xf->set_fillId(0);
     return;
   }
-  PatternFill& own = ownPattern();
-  _xf->set_fillId(_fillId);
-  if (const auto word = style_words::wordOf(pattern); !word.empty()) own.set_patternType(std::string(word));
-  _xf->set_applyFill(true);
+  attempt(_styles->lastMessage(), [&] {
+    PatternFill& own = ownPattern();
+    _xf->set_fillId(_fillId);
+    if (const auto word = style_words::wordOf(pattern); !word.empty()) own.set_patternType(std::string(word));
+    _xf->set_applyFill(true);
+  });
 }
 
 template <class Tag>
@@ -419,7 +430,9 @@ Color XMLFormatImplT<Tag>::patternForegroundColor() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setPatternForegroundColor(Color color) {
-  if (!isOpen(color)) _styles->writeColor(ownPattern().get_fgColor(), color);
+  attempt(_styles->lastMessage(), [&] {
+    if (!isOpen(color)) _styles->writeColor(ownPattern().get_fgColor(), color);
+  });
 }
 
 template <class Tag>
@@ -430,7 +443,9 @@ Color XMLFormatImplT<Tag>::patternBackgroundColor() const {
 
 template <class Tag>
 void XMLFormatImplT<Tag>::setPatternBackgroundColor(Color color) {
-  if (!isOpen(color)) _styles->writeColor(ownPattern().get_bgColor(), color);
+  attempt(_styles->lastMessage(), [&] {
+    if (!isOpen(color)) _styles->writeColor(ownPattern().get_bgColor(), color);
+  });
 }
 
 template <class Tag>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <type_traits>
 
 #include "lmx/text.h"
 #include "platform/text.h"
@@ -45,10 +46,27 @@ bool isEscaped(char16_t unit) {
   return (unit < u' ' && unit != u'\t' && unit != u'\n') || unit == 0xFFFE || unit == 0xFFFF;
 }
 
+// Whether a text is the same in both forms. Without a way out of the loop, so that it is done many units at a time.
+template <class View>
+bool isSameStored(View text) {
+  unsigned other = 0;
+  for (const auto c : text) {
+    const auto unit = static_cast<std::make_unsigned_t<decltype(c)>>(c);
+    other |=
+        static_cast<unsigned>(unit < ' ') | static_cast<unsigned>(unit > 0x7E) | static_cast<unsigned>(unit == '_');
+  }
+  return other == 0;
+}
+
 }  // namespace
 
 void toXstring(std::u16string_view text, std::string& out) {
   constexpr std::size_t kMostBytes = 3;  // of one unit that isn't escaped
+  if (isSameStored(text)) {
+    out.resize(text.size());
+    std::transform(text.begin(), text.end(), out.begin(), [](char16_t unit) { return static_cast<char>(unit); });
+    return;
+  }
   out.clear();
   out.reserve(text.size() * kMostBytes);
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -74,11 +92,12 @@ std::string toXstring(std::u16string_view text) {
 }
 
 void fromXstring(std::string_view stored, std::u16string& out) {
-  out.clear();
-  if (std::all_of(stored.begin(), stored.end(), [](char c) { return static_cast<signed char>(c) > 0 && c != '_'; })) {
-    out.assign(stored.begin(), stored.end());
+  if (isSameStored(stored)) {
+    out.resize(stored.size());
+    std::transform(stored.begin(), stored.end(), out.begin(), [](char c) { return static_cast<char16_t>(c); });
     return;
   }
+  out.clear();
   std::size_t begin = 0;
   for (std::size_t at = stored.find("_x"); at != stored.npos; at = stored.find("_x", at)) {
     const auto unit = escapeAt(stored.substr(at));

@@ -123,6 +123,7 @@ def block(m) -> list:
             "  const %s& get_%s(std::size_t index) const { return %s[index]; }" % (t, n, f),
             "  %s& append_%s() { return %s.emplace_back(); }" % (t, n, f),
             "  %s& insert_%s(std::size_t index) { return *%s.emplace(%s); }" % (t, n, f, at),
+            "  void reserve_%s(std::size_t count) { %s.reserve(count); }" % (n, f),
             "  void erase_%s(std::size_t index) { %s.erase(%s); }" % (n, f, at),
             "  void clear_%s() { %s.clear(); }" % (n, f)]
 

@@ -104,7 +104,7 @@ def packed_functions(plan) -> list:
     q = plan.packed.name
     return ["", "namespace {",
             "constexpr lmx::class_hooks k%s_hooks = ooxml::cellHooks<%s, %s>();" % (q, q, plan.qualified),
-            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s>();" % (q, q),
+            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s, %s>();" % (q, q, plan.qualified),
             "}  // namespace", "",
             "const lmx::class_descriptor %s::kDescriptor = {" % q,
             "    .name = %s," % cpp_string(plan.described),
@@ -228,8 +228,9 @@ def children_functions(q, m) -> list:
     at = f + ".begin() + static_cast<std::ptrdiff_t>(index)"
     return ["%s& %s::get_%s(std::size_t index) { return *%s[index].as<%s>(); }" % (t, q, n, f, t),
             "const %s& %s::get_%s(std::size_t index) const { return *%s[index].as<%s>(); }" % (t, q, n, f, t),
-            "%s& %s::append_%s() { return %s.emplace_back().need<%s>(); }" % (t, q, n, f, t),
-            "%s& %s::insert_%s(std::size_t index) { return %s.emplace(%s)->need<%s>(); }" % (t, q, n, f, at, t),
+            "%s& %s::append_%s() { return *%s.emplace_back(lmx::owned(new %s)).as<%s>(); }" % (t, q, n, f, t, t),
+            "%s& %s::insert_%s(std::size_t index) { return *%s.emplace(%s, lmx::owned(new %s))->as<%s>(); }"
+            % (t, q, n, f, at, t, t),
             "void %s::erase_%s(std::size_t index) { %s.erase(%s); }" % (q, n, f, at)]
 
 

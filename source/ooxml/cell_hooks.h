@@ -7,8 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "lmx/c_xml_reader.h"
+#include "lmx/c_xml_writer.h"
 #include "lmx/driver.h"
 #include "source/ooxml/packed_cell.h"
+#include "source/ooxml/plain_cells.h"
 
 namespace rubrica::ooxml {
 
@@ -72,8 +75,62 @@ constexpr lmx::class_hooks cellHooks() {
           &checkCell<Cell, Worker>};
 }
 
-// Rows hold their cells in a vector.
+// Cell and value, inside each other.
+inline constexpr std::size_t kCellDepth = 2;
+
+// The line of the description that reports name behind a cell, which is that of what was read last.
+template <class Cell, class Worker>
+int lineOfLast(plain_cell::part last) {
+  const lmx::class_descriptor& described = Worker::kDescriptor;
+  switch (last) {
+    case plain_cell::part::f:
+      return Cell::c_f::kDescriptor.body->line;
+    case plain_cell::part::v:
+      return described.particles[static_cast<int>(cell_member::v)].line;
+    default:
+      return described.attributes[static_cast<int>(last)].line;
+  }
+}
+
+template <class Cell, class Worker>
+std::size_t readPlainCells(void* vector, lmx::c_xml_reader& reader, std::size_t expected) {
+  auto& cells = *static_cast<std::vector<Cell>*>(vector);
+  const std::size_t before = cells.size();
+  std::string_view text = reader.plain_text(Worker::kDescriptor.element_names->namespace_id, kCellDepth);
+  auto last = plain_cell::part::r;
+  for (text.remove_prefix(blanksBefore(text)); beginsPlainCell(text); text.remove_prefix(blanksBefore(text))) {
+    if (cells.empty()) cells.reserve(expected);
+    Cell& cell = cells.emplace_back();
+    const plain_cell found = readPlainCell(text, cell);
+    if (found.size == 0) {
+      cells.pop_back();
+      break;
+    }
+    if (found.formula.data() != nullptr) cell.get_f().set_value(std::string(found.formula));
+    last = found.last;
+    text.remove_prefix(found.size);
+  }
+  if (cells.size() == before) return 0;
+  reader.pass_plain(text.data());
+  reader.set_program_line(lineOfLast<Cell, Worker>(last));
+  return cells.size() - before;
+}
+
 template <class Cell>
+std::size_t writePlainCells(const void* vector, std::size_t first, lmx::c_xml_writer& writer) {
+  const auto& cells = *static_cast<const std::vector<Cell>*>(vector);
+  plain_cell_buffer buffer;
+  std::size_t i = first;
+  if (cells.size() == first || !writer.start_raw_children()) return 0;
+  for (; i < cells.size() && buffer.append(cells[i]); ++i) {
+    if (buffer.is_full()) buffer.move_to(writer.raw());
+  }
+  buffer.move_to(writer.raw());
+  return i - first;
+}
+
+// Rows hold their cells in a vector.
+template <class Cell, class Worker>
 constexpr lmx::block_hooks cellBlockHooks() {
   using cells = std::vector<Cell>;
   return {[](const void* vector) { return static_cast<const cells*>(vector)->size(); },
@@ -81,7 +138,9 @@ constexpr lmx::block_hooks cellBlockHooks() {
             return (*static_cast<const cells*>(vector))[index];
           },
           [](void* vector) -> lmx::object& { return static_cast<cells*>(vector)->emplace_back(); },
-          [](void* vector) { static_cast<cells*>(vector)->shrink_to_fit(); }};
+          [](void* vector) { static_cast<cells*>(vector)->shrink_to_fit(); },
+          &readPlainCells<Cell, Worker>,
+          &writePlainCells<Cell>};
 }
 
 }  // namespace rubrica::ooxml

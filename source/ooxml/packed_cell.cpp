@@ -1,6 +1,8 @@
 #include "source/ooxml/packed_cell.h"
 
 #include <algorithm>
+#include <cstring>
+#include <tuple>
 
 #include "source/ooxml/cell_address.h"
 
@@ -10,10 +12,9 @@ namespace {
 
 constexpr std::array<std::string_view, 8> kTypeTokens = {"n", "b", "n", "e", "s", "str", "inlineStr", "d"};
 
-// The characters that numbers are made of, by their four-bit codes; the last code ends a text.
+// The characters that numbers are made of, by their four-bit codes.
 constexpr std::string_view kNumberCharacters = "0123456789.-+Ee";
-constexpr std::uint8_t kNumberEnd = 15;
-constexpr std::uint8_t kNoCode = 0xFF;
+constexpr std::uint8_t kNoCode = 0xF0;  // any bit of the upper half
 
 constexpr std::array<std::uint8_t, 256> makeNumberCodes() {
   std::array<std::uint8_t, 256> codes{};
@@ -25,6 +26,25 @@ constexpr std::array<std::uint8_t, 256> makeNumberCodes() {
 }
 
 constexpr std::array<std::uint8_t, 256> kNumberCodes = makeNumberCodes();
+
+using Pair = std::array<char, 2>;
+
+constexpr std::array<Pair, 256> makeNumberPairs() {
+  std::array<Pair, 256> pairs{};
+  for (unsigned i = 0; i < pairs.size(); ++i) {
+    const auto character = [](unsigned code) {
+      return code < kNumberCharacters.size() ? kNumberCharacters[code] : '0';
+    };
+    pairs[i] = {character(i & 0x0FU), character(i >> 4U)};
+  }
+  return pairs;
+}
+
+constexpr std::array<Pair, 256> kNumberPairs = makeNumberPairs();
+
+unsigned numberCode(char c) {
+  return kNumberCodes[static_cast<unsigned char>(c)];
+}
 
 }  // namespace
 
@@ -60,11 +80,6 @@ packed_cell::extra& packed_cell::need_extra() {
   return *_extra;
 }
 
-void packed_cell::set_position(std::uint32_t row, std::uint16_t column) {
-  _word = (_word & ~kRowMask) | (row & kRowMask) | kHasReference;
-  _column = column;
-}
-
 std::string packed_cell::get_r() const {
   std::string address;
   if (isset_r()) appendCellAddress(address, row(), column());
@@ -82,19 +97,9 @@ bool packed_cell::set_r(std::string_view address) {
   return true;
 }
 
-void packed_cell::set_s(std::uint32_t style) {
-  _style = style;
-  _word |= kHasStyle;
-}
-
 void packed_cell::unset_s() {
   _style = 0;
   _word &= ~kHasStyle;
-}
-
-void packed_cell::set_type(cell_type type) {
-  constexpr std::uint32_t kBelowType = (1U << kTypeShift) - 1;
-  _word = (_word & kBelowType) | static_cast<std::uint32_t>(type) << kTypeShift;
 }
 
 bool packed_cell::set_t(std::string_view token) {
@@ -110,16 +115,14 @@ std::string packed_cell::get_v() const {
 }
 
 std::string_view packed_cell::view_v(value_buffer& buffer) const {
+  static_assert(std::tuple_size_v<value_buffer> >= kMostPacked);
   if (_form == kNoValue) return {};
   if (_form == kLong) return _extra ? std::string_view(_extra->v) : std::string_view();
-  if (_form != kNumeric) return {_text.data(), static_cast<std::size_t>(_form - 1)};
-  std::size_t size = 0;
-  for (const char c : _text) {
-    const auto pair = static_cast<std::uint8_t>(c);
-    for (const unsigned code : {pair & 0x0FU, (pair & 0xF0U) >> 4U}) {
-      if (code == kNumberEnd) return {buffer.data(), size};
-      buffer[size++] = kNumberCharacters[code];
-    }
+  const auto size = static_cast<std::size_t>(_form - 1);
+  if (size <= kShort) return {_text.data(), size};
+  // All of them, since a known count is faster than the right one.
+  for (std::size_t i = 0; i < kShort; ++i) {
+    std::memcpy(buffer.data() + 2 * i, kNumberPairs[static_cast<unsigned char>(_text[i])].data(), sizeof(Pair));
   }
   return {buffer.data(), size};
 }
@@ -139,30 +142,32 @@ void packed_cell::set_v(std::string_view text) {
 }
 
 bool packed_cell::set_numeric(std::string_view text) {
-  if (text.size() > 2 * kShort) return false;
+  if (text.size() > kMostPacked) return false;
   std::array<char, kShort> packed;
-  packed.fill(static_cast<char>(0xFF));  // every place not filled is an end
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const unsigned code = kNumberCodes[static_cast<unsigned char>(text[i])];
-    if (code == kNoCode) return false;
-    const auto pair = static_cast<unsigned char>(packed[i / 2]);
-    packed[i / 2] = static_cast<char>(i % 2 == 0 ? (pair & 0xF0U) | code : (pair & 0x0FU) | code << 4U);
+  packed.fill(static_cast<char>(0xFF));
+  unsigned seen = 0;
+  const std::size_t pairs = text.size() / 2;
+  for (std::size_t i = 0; i < pairs; ++i) {
+    const unsigned low = numberCode(text[2 * i]);
+    const unsigned high = numberCode(text[2 * i + 1]);
+    seen |= low | high;
+    packed[i] = static_cast<char>(low | high << 4U);
   }
+  if (text.size() % 2 != 0) {
+    const unsigned last = numberCode(text.back());
+    seen |= last;
+    packed[pairs] = static_cast<char>(last | 0xF0U);
+  }
+  if ((seen & kNoCode) != 0) return false;
   unset_v();
   _text = packed;
-  _form = kNumeric;
+  _form = static_cast<std::uint8_t>(1 + text.size());
   return true;
 }
 
 void packed_cell::unset_v() {
   if (_form == kLong && _extra) std::string().swap(_extra->v);
   _form = kNoValue;
-}
-
-void packed_cell::unset_content() {
-  unset_t();
-  _form = kNoValue;
-  _extra.reset();
 }
 
 void packed_cell::set_cm(std::uint32_t index) {

@@ -7,8 +7,8 @@
 //          12  style index `s`
 //          16  column (zero-based)
 //          18  form of the value, see value_form
-//          19  13 bytes: the value's text, or its characters at four bits each when all of them occur in numbers
-//          32  what few cells have: formula, inline string, long text, `cm`, `vm`, `ph`, extension list
+//          19  13 bytes: the value's text, or its characters at four bits each, the lower half first, when all occur in
+//          numbers 32  what few cells have: formula, inline string, long text, `cm`, `vm`, `ph`, extension list
 #pragma once
 
 #include <array>
@@ -36,7 +36,10 @@ class packed_cell : public lmx::object {
 
   std::uint32_t row() const { return _word & kRowMask; }
   std::uint16_t column() const { return _column; }
-  void set_position(std::uint32_t row, std::uint16_t column);
+  void set_position(std::uint32_t row, std::uint16_t column) {
+    _word = (_word & ~kRowMask) | (row & kRowMask) | kHasReference;
+    _column = column;
+  }
 
   // The reference as text. set_r answers false and leaves the cell without a reference when the text is no address.
   std::string get_r() const;
@@ -45,12 +48,18 @@ class packed_cell : public lmx::object {
   bool isset_r() const { return (_word & kHasReference) != 0; }
 
   std::uint32_t get_s() const { return _style; }
-  void set_s(std::uint32_t style);
+  void set_s(std::uint32_t style) {
+    _style = style;
+    _word |= kHasStyle;
+  }
   void unset_s();
   bool isset_s() const { return (_word & kHasStyle) != 0; }
 
   cell_type type() const { return static_cast<cell_type>(_word >> kTypeShift); }
-  void set_type(cell_type type);
+  void set_type(cell_type type) {
+    constexpr std::uint32_t kBelowType = (1U << kTypeShift) - 1;
+    _word = (_word & kBelowType) | static_cast<std::uint32_t>(type) << kTypeShift;
+  }
   std::string_view get_t() const { return cellTypeToken(type()); }
   bool set_t(std::string_view token);  // false, with nothing changed, for a text that is no token
   void unset_t() { set_type(cell_type::none); }
@@ -64,7 +73,13 @@ class packed_cell : public lmx::object {
   bool isset_v() const { return _form != kNoValue; }
 
   // Leaves the reference and the style, and nothing else.
-  void unset_content();
+  void unset_content() {
+    unset_t();
+    _form = kNoValue;
+    _extra.reset();
+  }
+  // Whether there is nothing but attributes `r`, `s` and `t` and a short value.
+  bool is_plain() const { return !_extra; }
 
   std::uint32_t get_cm() const { return _extra ? _extra->cm : 0; }
   void set_cm(std::uint32_t index);
@@ -110,11 +125,12 @@ class packed_cell : public lmx::object {
   static constexpr std::uint32_t kHasReference = 1U << 28U;
   static constexpr unsigned kTypeShift = 29;
 
-  // How the value stands in the cell: kNoValue, 1 + length for text of up to kShort bytes, or one of the other two.
+  // How the value stands in the cell: kNoValue, 1 + length for text of up to kShort bytes, the same for what is packed
+  // because it is longer than that, or kLong.
   static constexpr std::size_t kShort = 13;
+  static constexpr std::size_t kMostPacked = 2 * kShort;
   static constexpr std::uint8_t kNoValue = 0;
-  static constexpr std::uint8_t kNumeric = 1 + kShort + 1;
-  static constexpr std::uint8_t kLong = kNumeric + 1;
+  static constexpr std::uint8_t kLong = 1 + kMostPacked + 1;
 
   bool set_numeric(std::string_view text);
 

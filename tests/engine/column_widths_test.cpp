@@ -69,6 +69,7 @@ TEST(ColumnWidths, OfColElementsCountDigitsWithTheirPadding) {
   EXPECT_EQ(widths.digitsOfChars(10), 10.7109375);
   EXPECT_EQ(widths.pixelsOfDigits(10.7109375), 75);
   EXPECT_EQ(widths.pixelsOfDigits(9.140625), 64);
+  EXPECT_EQ(widths.pixelsOfDigits(45.2142857142857), widths.pixelsOfDigits(45.214285714286));
   for (int pixels = 0; pixels < 2000; ++pixels) {
     EXPECT_EQ(widths.pixelsOfDigits(widths.digitsOfChars(widths.charsOfPixels(pixels))), pixels);
   }

@@ -1,6 +1,6 @@
 // Random sequences of operations on a small sheet of either file form, held against a grid that does the same the
 // simple way. The forms differ in merges: an .xls sheet fills them with blanks, and divides one that lines are inserted
-// into; in an .xlsx sheet it grows.
+// into; in an .xlsx sheet it grows, and ends when one cell of it is left.
 #include <map>
 #include <optional>
 #include <random>
@@ -15,6 +15,7 @@ constexpr int kLastRow = 65536, kLastCol = 256;  // no sequence gets there in th
 
 struct Range {
   int r1, r2, c1, c2;
+  bool isOneCell() const { return r1 == r2 && c1 == c2; }
   bool operator==(const Range&) const = default;
 };
 
@@ -83,6 +84,7 @@ struct Grid {
       Range kept = range;
       (rows ? kept.r1 : kept.c1) = lines.front();
       (rows ? kept.r2 : kept.c2) = lines.back();
+      if (isXlsx && kept.isOneCell() && !range.isOneCell()) continue;
       left.push_back(kept);
     }
     merges = left;

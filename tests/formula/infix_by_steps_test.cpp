@@ -1,12 +1,15 @@
 // The first stage of the compiler against the same grammar written out step by step on plain strings, each step with a
-// pass of its own: slow, but with nothing to get wrong in fusing the passes.
+// pass of its own: slow, but with nothing to get wrong in fusing the passes. And the whole compiler against its second
+// stage alone, which gets its operands as text and not as the first stage has read them.
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "formula/characters.h"
+#include "formula/compile.h"
 #include "formula/function_table.h"
 #include "formula/infix.h"
+#include "formula/postfix.h"
 #include "formula/ptg.h"
 #include "formula/reference_text.h"
 #include "tests/formula/fake_book.h"
@@ -174,26 +177,95 @@ Text resultOf(Operation operation) {
   return message == "nothing thrown" ? result : Text(message.begin(), message.end());
 }
 
+constexpr std::u16string_view pieces[] = {
+    u"+",      u"-",    u"*",   u"^",        u"&",           u"=",         u"<",      u">",
+    u"<=",     u"%",    u",",   u";",        u"(",           u")",         u"(",      u")",
+    u"(",      u")",    u"A1",  u"$B2",      u"A1:C3",       u"Sheet1!A1", u"SUM",    u"SUM(",
+    u"COUNT(", u"ROW(", u"IF(", u"VLOOKUP(", u"TRUE",        u"1",         u"Name",   u"'My Sheet'!A1:B2",
+    u" ",      u"\"a",  u"\"",  u"'",        u"\"it's, (\"", u"#REF!",     u"LOG10(", u"PI()",
+    u"FALSE",  u"A1R"};
+
+Text randomFormula(std::mt19937& random, std::size_t mostPieces) {
+  Text text;
+  for (std::size_t count = 1 + random() % mostPieces; count > 0; --count) text += pieces[random() % std::size(pieces)];
+  return text;
+}
+
 TEST(PostfixBySteps, GivesTheSameTextOrMessageForRandomFormulas) {
-  static constexpr std::u16string_view pieces[] = {
-      u"+",      u"-",    u"*",   u"^",        u"&",           u"=",         u"<",      u">",
-      u"<=",     u"%",    u",",   u";",        u"(",           u")",         u"(",      u")",
-      u"(",      u")",    u"A1",  u"$B2",      u"A1:C3",       u"Sheet1!A1", u"SUM",    u"SUM(",
-      u"COUNT(", u"ROW(", u"IF(", u"VLOOKUP(", u"TRUE",        u"1",         u"Name",   u"'My Sheet'!A1:B2",
-      u" ",      u"\"a",  u"\"",  u"'",        u"\"it's, (\"", u"#REF!",     u"LOG10(", u"PI()",
-      u"FALSE",  u"A1R"};
   std::mt19937 random(99);
   int compiledCount = 0, failedCount = 0;
   for (int i = 0; i < 60'000; ++i) {
-    Text text;
-    for (std::size_t count = 1 + random() % (i % 2 ? 30 : 8); count > 0; --count)
-      text += pieces[random() % std::size(pieces)];
+    const Text text = randomFormula(random, i % 2 ? 30 : 8);
     const Text expected = resultOf([&] { return postfixBySteps(text); });
     ASSERT_EQ(resultOf([&] { return postfixFromInfix(text); }), expected) << ::testing::PrintToString(text);
     (expected.find(u"err") == Text::npos ? compiledCount : failedCount) += 1;
   }
   EXPECT_GT(compiledCount, 5000);
   EXPECT_GT(failedCount, 5000);
+}
+
+// What the compiler gives or says, and what its two stages do one after the other.
+void expectStagesAgree(const Text& text, int& compiledCount) {
+  FakeBook whole, staged;
+  std::string compiled, expected;
+  const std::string message = messageOf([&] { compiled = hex(compileFormula(text, whole, 0, 0)); });
+  const std::string expectedMessage =
+      messageOf([&] { expected = hex(tokensFromPostfix(postfixFromInfix(text), staged, 0, 0)); });
+  ASSERT_EQ(message, expectedMessage) << ::testing::PrintToString(text);
+  ASSERT_EQ(compiled, expected) << ::testing::PrintToString(text);
+  if (!compiled.empty()) ++compiledCount;
+}
+
+TEST(CompilerByStages, GivesTheSameTokensOrMessageForRandomFormulas) {
+  std::mt19937 random(7);
+  int compiledCount = 0;
+  for (int i = 0; i < 30'000; ++i) expectStagesAgree(randomFormula(random, i % 2 ? 30 : 6), compiledCount);
+  EXPECT_GT(compiledCount, 2000);
+}
+
+// All that two letters, digits and signs can be made to look like.
+TEST(CompilerByStages, ReadsEveryShortOperandTheSameWay) {
+  static constexpr std::u16string_view parts[] = {u"A",     u"IV", u"IW", u"b", u"$", u"0", u"1", u"65536",
+                                                  u"65537", u":",  u"R",  u"!", u".", u"F", u"Z9"};
+  int compiledCount = 0;
+  std::mt19937 random(11);
+  for (const Text frame : {u"@", u"ROW(@)", u"SUM(1,@)", u"SUMPRODUCT(@,A1:B2)", u"@%", u"-@*2"}) {
+    for (int i = 0; i < 6000; ++i) {
+      Text operand;
+      for (std::size_t count = 1 + random() % 6; count > 0; --count) operand += parts[random() % std::size(parts)];
+      Text text = frame;
+      text.replace(text.find(u'@'), 1, operand);
+      expectStagesAgree(text, compiledCount);
+    }
+  }
+  EXPECT_GT(compiledCount, 2000);
+}
+
+TEST(FunctionTable, NoNameHasTheFormOfACellOrANumber) {
+  for (const FunctionRow& row : functionRows()) {
+    std::u16string_view rest = row.name;
+    EXPECT_FALSE(takePlainCell(rest).found && rest.empty()) << ::testing::PrintToString(row.name);
+    EXPECT_FALSE(isDigit(row.name[0])) << ::testing::PrintToString(row.name);
+  }
+}
+
+TEST(FunctionItems, OnlyLogAndAtanCanTakeTheirArgumentCountForAPartOfTheName) {
+  std::vector<std::u16string_view> names;
+  for (const FunctionRow& row : functionRows()) {
+    if (!readsBackAsItself(row)) {
+      names.push_back(row.name);
+      continue;
+    }
+    for (unsigned count = 0; count <= 255; ++count) {
+      Text item;
+      appendFunctionItem(item, row, count);
+      const auto read = functionItem(item);
+      ASSERT_TRUE(read) << ::testing::PrintToString(item);
+      EXPECT_EQ(read->name, row.name);
+      EXPECT_EQ(read->count, static_cast<int>(count)) << ::testing::PrintToString(item);
+    }
+  }
+  EXPECT_EQ(names, (std::vector<std::u16string_view>{u"ATAN", u"LOG"}));
 }
 
 }  // namespace

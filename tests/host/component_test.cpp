@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -279,6 +280,77 @@ TEST_F(Component, ListsPastTheLastRowAndColumnOfTheSheetFailInSilence) {
   result = host.call(workbook, 2017);
   EXPECT_EQ(result.value->list->columns.size(), 255U);
   EXPECT_EQ(result.value->list->at(1, 255).integer, 254);
+}
+
+// A PNG as far as the component looks into it, 32 by 20 pixels, whose bytes tell it from others.
+std::string pictureFile(char filler) {
+  using namespace std::string_literals;
+  return "\x89PNG\r\n\x1a\n\0\0\0\x0DIHDR\0\0\0\x20\0\0\0\x14"s + std::string(300, filler);
+}
+
+int countOf(const std::string& bytes, const std::string& part) {
+  int count = 0;
+  for (auto at = bytes.find(part); at != std::string::npos; at = bytes.find(part, at + 1)) ++count;
+  return count;
+}
+
+// The start of an Obj record: FtCmo of 18 bytes with the type of the object.
+std::string objectOfType(char type) {
+  using namespace std::string_literals;
+  return "\x15\0\x12\0"s + type + '\0';
+}
+
+TEST_F(Component, PicturesAreAddedFromFilesAndBinariesAndPlaced) {
+  const ObjectHandle sheet = addSheet(U"Pictures");
+  const std::string picturePath = directory.file("logo.png").string();
+  std::ofstream(picturePath, std::ios::binary) << pictureFile('f');
+  EXPECT_EQ(host.call(workbook, 2014, {textValue(utf32FromUtf8(picturePath))}).value->integer, 0);
+  EXPECT_EQ(host.call(workbook, 2015, {binaryValue(pictureFile('r')), numberValue(1)}).value->integer, 1);
+  host.call(cellAt(sheet, 1, 1), 4000, {integerValue(0), numberValue(1)});
+  host.call(cellAt(sheet, 5, 2), 4000, {integerValue(1), numberValue(0.5)});
+  host.call(cellAt(sheet, 9, 3), 4000, {integerValue(1), integerValue(4), integerValue(2)});
+  EXPECT_TRUE(message() == U"ok") << utf8FromUtf32(message());
+  host.call(cellAt(sheet, 1, 1), 4000, {integerValue(2), numberValue(1)});
+  EXPECT_TRUE(message() == U"pictureId is out of range") << utf8FromUtf32(message());
+
+  for (int round = 0; round < 2; ++round) {
+    const std::string saved = host.call(workbook, 2004, {binaryValue(""), numberValue(0)}).parameters[0].bytes;
+    EXPECT_EQ(countOf(saved, pictureFile('f')), 1);
+    EXPECT_EQ(countOf(saved, pictureFile('r')), 1);
+    EXPECT_EQ(countOf(saved, objectOfType(8)), 3);
+    ASSERT_TRUE(isTrue(host.call(workbook, 2003, {binaryValue(saved), numberValue(1)})));
+  }
+}
+
+TEST_F(Component, PicturesThatAreNoneAreRefused) {
+  EXPECT_EQ(host.call(workbook, 2014, {textValue(U"/nowhere/logo.png")}).value->integer, -1);
+  EXPECT_TRUE(takeError().longText == U"Unable to add picture: \"/nowhere/logo.png\".  Error: can't open file");
+  const std::string empty = directory.file("empty.png").string();
+  std::ofstream(empty, std::ios::binary) << "";
+  EXPECT_EQ(host.call(workbook, 2014, {textValue(utf32FromUtf8(empty))}).value->integer, -1);
+  EXPECT_TRUE(message() == U"picture is empty");
+  takeError();
+  EXPECT_EQ(host.call(workbook, 2015, {binaryValue("no picture at all"), numberValue(17)}).value->integer, -1);
+  EXPECT_TRUE(takeError().longText == U"Unable to add picture from binary.  Error: unknown picture format");
+  host.call(workbook, 2015, {binaryValue(""), numberValue(0)});
+  EXPECT_TRUE(takeError().longText == U"No binary data in parameter");
+}
+
+TEST_F(Component, CommentsAreSetReplacedAndReadBackAfterALoad) {
+  ObjectHandle sheet = addSheet(U"Comments");
+  host.call(cellAt(sheet, 2, 3), 4003,
+            {textValue(U"First \u8336"), textValue(U"Inger"), integerValue(150), integerValue(60)});
+  host.call(cellAt(sheet, 4, 1), 4003, {textValue(U"Before")});
+  host.call(cellAt(sheet, 4, 1), 4003, {textValue(U"After"), textValue(U"")});
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(host.get(cellAt(sheet, 2, 3), 4108).value->text == U"First \u8336");
+    EXPECT_TRUE(host.get(cellAt(sheet, 4, 1), 4108).value->text == U"After");
+    EXPECT_TRUE(host.get(cellAt(sheet, 1, 1), 4108).value->text.empty());
+    const std::string saved = host.call(workbook, 2004, {binaryValue(""), numberValue(0)}).parameters[0].bytes;
+    EXPECT_EQ(countOf(saved, objectOfType(25)), 3) << "the box of the former comment stays";
+    ASSERT_TRUE(isTrue(host.call(workbook, 2003, {binaryValue(saved), numberValue(1)})));
+    sheet = objectOf(host.call(workbook, 2006, {integerValue(1)}));
+  }
 }
 
 // The leak checker of the sanitizer build sees what is left behind.

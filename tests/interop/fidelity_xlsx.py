@@ -73,7 +73,7 @@ def sheet_subjects(sheet, found, known_styles):
 def look(_dump, path):
     with warnings.catch_warnings():
         warnings.simplefilter("ignore")
-        book = openpyxl.load_workbook(path, rich_text=False)
+        book = openpyxl.load_workbook(path)
     found = {subject: {} for subject in SUBJECTS}
     found["sheet order and states"] = [(sheet.title, sheet.sheet_state) for sheet in book._sheets]
     known_styles = {}

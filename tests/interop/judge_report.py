@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Lets one other program open the workbook that the demo writes, and compares every value with our own reading.
 
-usage: judge_report.py JUDGE DUMP OMNIS_RUN COMPONENT EXAMPLES_DIR
-JUDGE is xlrd, libreoffice or gnumeric; where it is missing the check is skipped and says so.
+usage: judge_report.py JUDGE FORM DUMP OMNIS_RUN COMPONENT EXAMPLES_DIR
+JUDGE is xlrd, openpyxl, libreoffice or gnumeric; where it is missing the check is skipped and says so. FORM is xls or
+xlsx.
 """
 import pathlib
 import subprocess
@@ -11,15 +12,16 @@ import tempfile
 
 import workbook_views as views
 
-JUDGES = {"xlrd": views.xlrd_view, "libreoffice": views.libreoffice_view, "gnumeric": views.gnumeric_view}
+JUDGES = {"xlrd": views.xlrd_view, "openpyxl": views.openpyxl_view, "libreoffice": views.libreoffice_view, "gnumeric": views.gnumeric_view}
 
 
 def main():
-    judge, dump, omnis_run, component, examples = sys.argv[1:6]
+    judge, form, dump, omnis_run, component, examples = sys.argv[1:7]
+    examples = pathlib.Path(examples)
     with tempfile.TemporaryDirectory() as work:
-        report = pathlib.Path(work) / "demo-report.xls"
-        subprocess.run([omnis_run, "--component", component, str(pathlib.Path(examples) / "demo.omn"), work], check=True,
-                       timeout=120, stdout=subprocess.DEVNULL)
+        report = pathlib.Path(work) / f"demo-report.{form}"
+        subprocess.run([omnis_run, "--component", component, str(examples / "demo.omn"), work,
+                        str(examples / "data" / f"almanac.{form}")], check=True, timeout=120, stdout=subprocess.DEVNULL)
         ours = views.ours(dump, report)
         theirs = JUDGES[judge](report)
     if theirs is None:
@@ -28,7 +30,7 @@ def main():
     problems = views.differences(ours, theirs)
     for line in problems[:20]:
         print(line)
-    print(f"{judge}: {len(ours)} sheets, {cells} values, {len(problems)} differences")
+    print(f"{judge}, .{form}: {len(ours)} sheets, {cells} values, {len(problems)} differences")
     return 1 if problems or cells == 0 else 0
 
 

@@ -10,32 +10,8 @@ import pathlib
 import subprocess
 import sys
 import tempfile
-import time
 
-import libreoffice
-
-try:
-    import uno
-    from com.sun.star.beans import PropertyValue
-except ImportError:
-    print("skipped: LibreOffice's Python bridge is not on this machine")
-    sys.exit(libreoffice.SKIPPED)
-
-
-def connect(pipe, seconds=60):
-    """The desktop of the LibreOffice that listens at the pipe."""
-    context = uno.getComponentContext()
-    resolver = context.ServiceManager.createInstanceWithContext("com.sun.star.bridge.UnoUrlResolver", context)
-    end = time.monotonic() + seconds
-    while True:
-        try:
-            remote = resolver.resolve(f"uno:pipe,name={pipe};urp;StarOffice.ComponentContext")
-            return remote.ServiceManager.createInstanceWithContext("com.sun.star.frame.Desktop", remote)
-        except Exception:  # not listening yet
-            if time.monotonic() > end:
-                raise
-            time.sleep(0.3)
-
+import libreoffice_desktop
 
 VALUES = 1  # com.sun.star.sheet.CellFlags
 
@@ -49,9 +25,7 @@ def takes_edit(sheet):
 
 
 def judge(desktop, path):
-    hidden = PropertyValue()
-    hidden.Name, hidden.Value = "Hidden", True
-    book = desktop.loadComponentFromURL(path.as_uri(), "_blank", 0, (hidden,))
+    book = libreoffice_desktop.open_hidden(desktop, path)
     sheet = book.Sheets.getByIndex(0)
     facts = [("protected", sheet.isProtected(), True), ("takes an edit", takes_edit(sheet), False)]
     try:
@@ -67,29 +41,13 @@ def judge(desktop, path):
 
 
 def main():
-    program = libreoffice.program()
-    if program is None:
-        print("skipped: LibreOffice is not on this machine")
-        return libreoffice.SKIPPED
     writer, extension = sys.argv[1:3]
     with tempfile.TemporaryDirectory() as work:
         path = pathlib.Path(work) / f"protected.{extension}"
         subprocess.run([writer, str(path)], check=True, timeout=60)
-        pipe = "rubrica" + pathlib.Path(work).name
-        office = subprocess.Popen([program, f"-env:UserInstallation=file://{work}/profile", "--headless", "--norestore",
-                                   f"--accept=pipe,name={pipe};urp;"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        try:
-            desktop = connect(pipe)
+        with libreoffice_desktop.desktop(work) as desktop:
             facts = judge(desktop, path)
-            desktop.terminate()
-            office.wait(30)
-        finally:
-            office.kill()
-    wrong = [fact for fact in facts if fact[1] != fact[2]]
-    for what, found, expected in wrong:
-        print(f"{what}: {found}, expected {expected}")
-    print(f"libreoffice: {len(facts)} facts of a protected sheet, {len(wrong)} wrong")
-    return 1 if wrong else 0
+    return libreoffice_desktop.report("a protected sheet", facts)
 
 
 if __name__ == "__main__":

@@ -96,7 +96,10 @@ def converted(path, target, work):
 
 
 def openpyxl_view(path):
-    import openpyxl
+    try:
+        import openpyxl
+    except ImportError:
+        return None
     view = {}
     for sheet in openpyxl.load_workbook(path, data_only=True).worksheets:
         cells = view.setdefault(sheet.title, {})

@@ -107,6 +107,10 @@ void filtered(Sheet* sheet) {
   filter->column(1)->setTop10(6);
   filter->setSort(1, true);
   sheet->applyFilter();
+  sheet->setTabRgbColor(10, 200, 30);
+  sheet->setRightToLeft(true);
+  sheet->setDisplayGridlines(false);
+  sheet->setTopLeftView(3, 1);
 }
 
 void pictures(Book* book, Sheet* sheet) {

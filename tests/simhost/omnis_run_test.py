@@ -89,17 +89,20 @@ class OmnisRun(unittest.TestCase):
         result = self.run_program("--component", COMPONENT, "--check", path)
         self.assertEqual((result.returncode, result.stdout), (0, ""))
 
-    def test_the_demo_does_the_main_job(self):
-        result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", self.folder.name)
-        self.assertEqual(result.returncode, 0, result.stderr)
-        self.assertEqual(result.stderr, "")
-        for line in ("  heading:  standard atomic weight", "  changed:  Al Aluminum",
-                     "       6        32        4,789.70 Bismuth      NO        ",
-                     "earliest  Sunday, 23rd March 1913", "  latest  Sunday, 25th April 1943",
-                     "All figures and 300 dates agree."):
-            self.assertIn(line + "\n", result.stdout)
-        saved = pathlib.Path(self.folder.name) / "demo-report.xls"
-        self.assertTrue(saved.read_bytes().startswith(bytes.fromhex("D0CF11E0A1B11AE1")))
+    def test_the_demo_does_the_main_job_in_both_file_forms(self):
+        for form, signature in (("xls", "D0CF11E0A1B11AE1"), ("xlsx", "504B0304")):
+            with self.subTest(form):
+                result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", self.folder.name,
+                                          SOURCE / f"examples/data/almanac.{form}")
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertEqual(result.stderr, "")
+                for line in ("  heading:  standard atomic weight", "  changed:  Al Aluminum",
+                             "       6        32        4,789.70 Bismuth      NO        ",
+                             "earliest  Sunday, 23rd March 1913", "  latest  Sunday, 25th April 1943",
+                             "All figures and 300 dates agree."):
+                    self.assertIn(line + "\n", result.stdout)
+                saved = pathlib.Path(self.folder.name) / f"demo-report.{form}"
+                self.assertTrue(saved.read_bytes().startswith(bytes.fromhex(signature)))
 
     def test_the_demo_says_when_its_input_is_missing(self):
         result = self.run_program("--component", COMPONENT, SOURCE / "examples/demo.omn", ".", "/nonexistent.xls")
@@ -161,6 +164,20 @@ class OmnisRun(unittest.TestCase):
         same = self.run_example("compare_books.omn", self.folder.name, old, old)
         self.assert_lines(same, "2219 cells compared, 0 differences", "The books are the same.")
         self.written("compared-marked.xls")
+
+    def test_example_an_invoice_with_a_picture_and_print_setup(self):
+        printed = self.run_example("invoice.omn", self.folder.name)
+        self.assert_lines(printed, "Picture 1 of the book stands at cell C1",
+                          "  2 Tide table, northern harbours, 2027   18.50 A10*C10",
+                          "Sum:        SUM(D10:D13) which is 390.70", "To be paid: D14+D15", "Due on 20th December 2026",
+                          "Paper A4: YES margins 0.75 and 1 printed at 95 %")
+        saved = self.written("invoice-2026-118.xls").read_bytes()
+        texts = [text.encode("utf-16-le") for text in ("Thirty days, as agreed in May.", "Inger Dahl")]
+        for part in ((SOURCE / "examples/data/logo.png").read_bytes(), *texts):
+            self.assertEqual(saved.count(part), 1)
+        result = self.run_program("--component", COMPONENT, SOURCE / "examples/invoice.omn", ".", "/nonexistent.png")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("/nonexistent.png can't be added: can't open file", result.stderr)
 
     def test_the_scripts_of_the_manual_print_what_the_manual_says(self):
         manual = (SOURCE / "docs/omnis-run.md").read_text(encoding="utf-8")

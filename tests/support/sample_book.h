@@ -21,7 +21,8 @@ struct BookForm {
   int rows, cols;  // of a sheet
 };
 
-inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256}};
+inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256},
+                                          {"xlsx", &createXmlBook, u".xlsx", 1048576, 16384}};
 
 // Fills the book as far as its operations succeed: each one that fails is passed over.
 void fillSample(Book& book);

@@ -35,6 +35,7 @@ TEST(FormulaText, WhatOnlyLooksLikeAReferenceIsLeftAlone) {
 TEST(FormulaText, ReferencesBesideOtherThingsAreFound) {
   EXPECT_EQ(shiftReferences("-A1%^B2&\"x\"&C3", 1, 0), "-A2%^B3&\"x\"&C4");
   EXPECT_EQ(shiftReferences("[1]Sheet1!A1+'[b.xlsx]S 1'!A1", 1, 0), "[1]Sheet1!A2+'[b.xlsx]S 1'!A2");
+  EXPECT_EQ(shiftReferences("[1]A1!A1", 1, 0), "[1]A1!A2");
   EXPECT_EQ(shiftReferences("Sheet1:Sheet3!A1", 1, 0), "Sheet1:Sheet3!A2");
   EXPECT_EQ(shiftReferences("IF(A1>1E5,A1#,OFFSET(A1,1,1):B1)", 1, 0), "IF(A2>1E5,A2#,OFFSET(A2,1,1):B2)");
   EXPECT_EQ(shiftReferences("A1 B1", 1, 0), "A2 B2");

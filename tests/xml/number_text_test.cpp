@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -52,6 +53,20 @@ TEST(NumberText, IsThatOfTheCLibraryForRandomNumbers) {
     value = static_cast<double>(bits >> (i % 50)) / 1000;
     ASSERT_EQ(written(value), printed(value));
     ASSERT_EQ(parseNumber(written(value)), value);
+  }
+}
+
+TEST(NumberText, PowersOfTenAndTheirNeighbours) {
+  for (int exponent = -6; exponent <= 18; ++exponent) {
+    const double power = std::strtod(("1e" + std::to_string(exponent)).c_str(), nullptr);
+    double below = power, above = power;
+    for (int step = 0; step < 40; ++step) {
+      for (const double value : {below, above, -above, above * 1.5, below * 0.3}) {
+        ASSERT_EQ(written(value), printed(value));
+      }
+      below = std::nextafter(below, 0.0);
+      above = std::nextafter(above, 1e300);
+    }
   }
 }
 

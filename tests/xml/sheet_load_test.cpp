@@ -158,7 +158,7 @@ TYPED_TEST(SheetLoadOf, ACopyInTheSameBookIsTheSameTree) {
       "ref=\"A1:B2\"/></mergeCells>");
   XMLSheetImplT<TypeParam> copy(this->book, *source);
   EXPECT_EQ(this->saved(copy), this->saved(*source));
-  EXPECT_EQ(copy.firstRow(), 2);
+  EXPECT_EQ(copy.firstRow(), 0) << "the merge is in use";
   copy.writeNum(2, 1, 5, nullptr);
   EXPECT_EQ(this->stringAt(*source, 2, 1), u"a");
 }

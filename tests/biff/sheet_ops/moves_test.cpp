@@ -285,35 +285,19 @@ TEST(MovedNotes, GoWithTheirCells) {
   EXPECT_EQ(book.saved(id::kNote), std::vector<Bytes>{note(8, 5).bytes});
 }
 
-// A drawing record: a container that promises more than is here, an unknown atom, and an anchor.
-Bytes drawing(unsigned flags, unsigned col1, unsigned dx1, unsigned row1, unsigned dy1, unsigned col2, unsigned dx2,
-              unsigned row2, unsigned dy2) {
-  return BytesBuilder()
-      .u16(0x000F)
-      .u16(0xF002)
-      .u32(500)
-      .u16(0x0010)
-      .u16(0xF008)
-      .u32(8)
-      .fill(8, 0xAB)
-      .u16(0)
-      .u16(0xF010)
-      .u32(18)
-      .u16(flags)
-      .u16(col1)
-      .u16(dx1)
-      .u16(row1)
-      .u16(dy1)
-      .u16(col2)
-      .u16(dx2)
-      .u16(row2)
-      .u16(dy2);
+using Anchor = officeart::CellAnchor;
+
+Anchor drawing(unsigned flags, unsigned col1, unsigned dx1, unsigned row1, unsigned dy1, unsigned col2, unsigned dx2,
+               unsigned row2, unsigned dy2) {
+  const auto word = [](unsigned value) { return static_cast<std::uint16_t>(value); };
+  return {word(flags), word(col1), word(dx1), word(row1), word(dy1), word(col2), word(dx2), word(row2), word(dy2)};
 }
 
-Bytes movedDrawing(const Bytes& bytes, const LineMove& move) {
-  std::vector<RawRecord> records = {RawRecord::of(id::kMsoDrawing, bytes)};
-  moveAnchors(records, move);
-  return records.front().bytes;
+Anchor movedDrawing(Anchor anchor, const LineMove& move, bool isComment = false) {
+  const Anchor before = anchor;
+  const bool changed = moveAnchor(anchor, isComment, move);
+  EXPECT_EQ(changed, anchor != before);
+  return anchor;
 }
 
 TEST(MovedDrawings, GoWithTheirCells) {
@@ -335,14 +319,10 @@ TEST(MovedDrawings, OnRemovedCellsGoToTheNext) {
   EXPECT_EQ(movedDrawing(drawing(2, 1, 10, 6, 20, 3, 30, 9, 40), removed), drawing(2, 1, 10, 5, 0, 3, 30, 8, 40));
 }
 
-TEST(MovedDrawings, BrokenRecordsAreLeftAlone) {
-  const LineMove move(kXlsGrid, LineMove::Axis::rows, LineMove::Kind::insert, 0, 0);
-  for (const Bytes& bytes :
-       {Bytes(), Bytes(BytesBuilder().u16(0).u16(0xF010)), Bytes(BytesBuilder().u16(0).u16(0xF010).u32(0xFFFFFFFF)),
-        Bytes(BytesBuilder().u16(0).u16(0xF010).u32(18).fill(17, 1)),
-        Bytes(BytesBuilder().u16(0).u16(0xF010).u32(8).fill(8, 1)), Bytes(BytesBuilder().fill(7, 0xFF))}) {
-    EXPECT_EQ(movedDrawing(bytes, move), bytes);
-  }
+TEST(MovedDrawings, ACommentsBoxGoesWithItsCellThoughItIsFixedToThePage) {
+  const LineMove inserted(kXlsGrid, LineMove::Axis::rows, LineMove::Kind::insert, 5, 6);
+  EXPECT_EQ(movedDrawing(drawing(3, 1, 10, 6, 20, 3, 30, 8, 40), inserted, true),
+            drawing(3, 1, 10, 8, 20, 3, 30, 10, 40));
 }
 
 TEST(MovedFormulas, KeepTheirReferences) {

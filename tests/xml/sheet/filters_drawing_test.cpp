@@ -62,9 +62,9 @@ TYPED_TEST(XmlObjects, FiltersHideWhatTheyDoNotLetThrough) {
   this->sheet->applyFilter();
   EXPECT_EQ(this->message(), "ok");
   EXPECT_EQ(this->shownRows(), "0-234-6");
-  EXPECT_TRUE(this->holds("filterMode=\"1\""));
+  EXPECT_TRUE(this->holds("filterMode=\"true\""));
   EXPECT_NE(this->part("/xl/workbook.xml")
-                .find("<definedName name=\"_xlnm._FilterDatabase\" localSheetId=\"0\" hidden=\"1\">One!$A$1:$B$6<"),
+                .find("<definedName name=\"_xlnm._FilterDatabase\" localSheetId=\"0\" hidden=\"true\">One!$A$1:$B$6<"),
             std::string::npos)
       << this->part("/xl/workbook.xml");
   filter->column(1)->clear();

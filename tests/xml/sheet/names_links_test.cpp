@@ -25,7 +25,7 @@ TYPED_TEST(XmlNames, RangesAreNamedForTheBookOrASheet) {
   EXPECT_NE(this->workbookXml().find("<definedName name=\"Area\">One!$C$2:$D$6</definedName>"), std::string::npos)
       << this->workbookXml();
   EXPECT_NE(
-      this->workbookXml().find("<definedName name=\"area\" localSheetId=\"0\" hidden=\"1\">One!$A$1</definedName>"),
+      this->workbookXml().find("<definedName name=\"area\" localSheetId=\"0\" hidden=\"true\">One!$A$1</definedName>"),
       std::string::npos);
   int r1 = 0, scope = 7;
   bool hidden = false;
@@ -80,9 +80,10 @@ TYPED_TEST(XmlNames, PrintTitlesAreColumnsAndRows) {
   s->setPrintRepeatRows(2, 0);
   EXPECT_REFUSED(s->printRepeatCols(nullptr, nullptr), "print repeat columns are not found");
   s->setPrintRepeatCols(1, 2);
-  EXPECT_NE(this->workbookXml().find("<definedName name=\"_xlnm.Print_Titles\" localSheetId=\"0\">'My sheet'!$B:$C,'My "
-                                     "sheet'!$1:$3</definedName>"),
-            std::string::npos)
+  EXPECT_NE(
+      this->workbookXml().find("<definedName name=\"_xlnm.Print_Titles\" localSheetId=\"0\">&apos;My sheet&apos;!$B:$C,"
+                               "&apos;My sheet&apos;!$1:$3</definedName>"),
+      std::string::npos)
       << this->workbookXml();
   s->setPrintRepeatRows(0, 1048576);
   EXPECT_EQ(this->message(), "row must be in range 0-1048575");
@@ -149,12 +150,12 @@ TYPED_TEST(XmlNames, IgnoredErrorsHaveTheirAttributes) {
   EXPECT_REFUSED(s->addIgnoredError(1, 1, 2, 2, 15), "ignored error already exists");
   EXPECT_TRUE(s->addIgnoredError(1, 1, 5, 5, 15)) << "it reaches out of the other";
   EXPECT_TRUE(
-      this->holds("<ignoredError sqref=\"A1:E5\" evalError=\"1\" numberStoredAsText=\"1\" formulaRange=\"1\" "
-                  "emptyCellReference=\"1\"/>"))
+      this->holds("<ignoredError sqref=\"A1:E5\" evalError=\"true\" numberStoredAsText=\"true\" formulaRange=\"true\" "
+                  "emptyCellReference=\"true\"/>"))
       << this->sheetXml();
   EXPECT_TRUE(
-      this->holds("<ignoredError sqref=\"A1:E5\" twoDigitTextYear=\"1\" formula=\"1\" unlockedFormula=\"1\" "
-                  "listDataValidation=\"1\"/>"))
+      this->holds("<ignoredError sqref=\"A1:E5\" twoDigitTextYear=\"true\" formula=\"true\" unlockedFormula=\"true\" "
+                  "listDataValidation=\"true\"/>"))
       << this->sheetXml();
   EXPECT_REFUSED(s->addIgnoredError(0, 0, 1048576, 0, 1), "row must be in range 0-1048575");
 }
@@ -174,12 +175,13 @@ TYPED_TEST(XmlNames, ValidationsSayWhatACellTakes) {
   const std::string xml = this->sheetXml();
   EXPECT_NE(xml.find("<dataValidations count=\"4\">"), std::string::npos) << xml;
   EXPECT_NE(xml.find("type=\"list\" errorStyle=\"warning\""), std::string::npos);
-  EXPECT_NE(xml.find("sqref=\"B1:B5\"><formula1>\"yes,\"\"no\"\"\"</formula1>"), std::string::npos);
+  EXPECT_NE(xml.find("sqref=\"B1:B5\"><formula1>&quot;yes,&quot;&quot;no&quot;&quot;&quot;</formula1>"),
+            std::string::npos);
   EXPECT_NE(xml.find("<formula1>$D$1:$D$9</formula1>"), std::string::npos);
   EXPECT_NE(xml.find("<formula1>ISNUMBER(A1)</formula1>"), std::string::npos);
   EXPECT_NE(xml.find("promptTitle=\"Title &amp; more\""), std::string::npos);
   EXPECT_NE(xml.find("<formula1>0.1</formula1><formula2>1e+21</formula2>"), std::string::npos);
-  EXPECT_NE(xml.find("operator=\"notBetween\" allowBlank=\"0\" showDropDown=\"1\""), std::string::npos);
+  EXPECT_NE(xml.find("operator=\"notBetween\" allowBlank=\"false\" showDropDown=\"true\""), std::string::npos);
   EXPECT_REFUSED(
       s->addDataValidationDouble(ValidationType::whole, ValidationOperator::equal, 1, 0, 0, 0, 1, 0, true, false, true,
                                  true, nullptr, nullptr, nullptr, nullptr, ValidationErrorStyle::stop),

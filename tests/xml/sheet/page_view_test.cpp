@@ -98,14 +98,14 @@ TYPED_TEST(XmlPages, TabColoursAreAnIndexOrTheirParts) {
 
 TYPED_TEST(XmlPages, BreaksStayInOrderAndCounted) {
   for (const int row : {30, 10, 20}) EXPECT_TRUE(this->sheet->setHorzPageBreak(row, true));
-  EXPECT_TRUE(this->holds("<rowBreaks count=\"3\" manualBreakCount=\"3\"><brk id=\"10\" max=\"16383\" man=\"1\"/>"))
+  EXPECT_TRUE(this->holds("<rowBreaks count=\"3\" manualBreakCount=\"3\"><brk id=\"10\" max=\"16383\" man=\"true\"/>"))
       << this->sheetXml();
   EXPECT_REFUSED(this->sheet->setHorzPageBreak(20, true), "pagebreak already exists");
   EXPECT_REFUSED(this->sheet->setHorzPageBreak(21, false), "pagebreak not found");
   EXPECT_REFUSED(this->sheet->setVertPageBreak(1, false), "pagebreak not found");
   EXPECT_REFUSED(this->sheet->setHorzPageBreak(1048576, true), "row must be in range 0-1048575");
   EXPECT_TRUE(this->sheet->setVertPageBreak(5, true));
-  EXPECT_TRUE(this->holds("<colBreaks count=\"1\" manualBreakCount=\"1\"><brk id=\"5\" max=\"1048575\" man=\"1\"/>"))
+  EXPECT_TRUE(this->holds("<colBreaks count=\"1\" manualBreakCount=\"1\"><brk id=\"5\" max=\"1048575\" man=\"true\"/>"))
       << this->sheetXml();
   EXPECT_EQ(this->sheet->getHorzPageBreak(3), 0);
   EXPECT_EQ(this->message(), "index is out of range");
@@ -120,10 +120,11 @@ TYPED_TEST(XmlPages, BreaksStayInOrderAndCounted) {
 TYPED_TEST(XmlPages, ProtectionMakesItsElement) {
   this->sheet->setProtect(true, nullptr, -1);
   EXPECT_TRUE(this->sheet->protect());
-  EXPECT_TRUE(this->holds("<sheetProtection sheet=\"1\" objects=\"1\" scenarios=\"1\"/>")) << this->sheetXml();
+  EXPECT_TRUE(this->holds("<sheetProtection sheet=\"true\" objects=\"true\" scenarios=\"true\"/>")) << this->sheetXml();
   this->sheet->setProtect(true, nullptr, 1 | 4 | 1024);
-  EXPECT_TRUE(this->holds("objects=\"0\" scenarios=\"1\" formatCells=\"0\" formatColumns=\"1\"")) << this->sheetXml();
-  EXPECT_TRUE(this->holds("selectLockedCells=\"0\" sort=\"1\"")) << this->sheetXml();
+  EXPECT_TRUE(this->holds("objects=\"false\" scenarios=\"true\" formatCells=\"false\" formatColumns=\"true\""))
+      << this->sheetXml();
+  EXPECT_TRUE(this->holds("selectLockedCells=\"false\" sort=\"true\"")) << this->sheetXml();
   this->sheet->setProtect(false, nullptr, -1);
   EXPECT_FALSE(this->sheet->protect());
 }
@@ -168,7 +169,7 @@ TYPED_TEST(XmlPages, NamesOfSheetsAreChecked) {
   EXPECT_EQ(this->message(), "ok");
   EXPECT_EQ(narrow(this->sheet->name()), "It's 1");
   EXPECT_TRUE(this->sheet->getNamedRange(u"spot", nullptr, nullptr, nullptr, nullptr, -1, nullptr));
-  EXPECT_NE(this->part("/xl/workbook.xml").find(">'It''s 1'!$A$1:$B$2<"), std::string::npos);
+  EXPECT_NE(this->part("/xl/workbook.xml").find(">&apos;It&apos;&apos;s 1&apos;!$A$1:$B$2<"), std::string::npos);
   this->sheet->setName(u"12345678901234567890123456789012");
   EXPECT_EQ(this->message(), "warning: sheet's name is cut to 31 characters");
 }

@@ -161,6 +161,49 @@ TYPED_TEST(XmlRanges, WhatIsRemovedTakesItsMarksAlong) {
   EXPECT_EQ(this->sheet->readNum(10, 4, nullptr), 124);
 }
 
+TYPED_TEST(XmlRanges, MergesOfWhichOneCellIsLeftAreNone) {
+  auto* s = this->sheet;
+  s->setMerge(2, 3, 0, 0);
+  s->setMerge(6, 6, 6, 7);
+  s->setMerge(9, 9, 9, 9);
+  ASSERT_TRUE(s->removeRow(3, 3, true));
+  EXPECT_EQ(s->mergeSize(), 2);
+  ASSERT_TRUE(s->removeCol(7, 7, true));
+  EXPECT_EQ(s->mergeSize(), 1);
+  EXPECT_EQ(this->mergeAt(0), "I9") << "one that was a single cell before stays";
+}
+
+// As other programs write them.
+TYPED_TEST(XmlRanges, LinksThatShareARelationshipKeepItUntilTheLast) {
+  auto* s = this->sheet;
+  s->addHyperlink(u"https://example.org", 0, 0, 0, 0);
+  auto& links = s->get_hyperlinks();
+  for (const char* ref : {"A5", "A9"}) {
+    auto& link = links.append_hyperlink();
+    link.set_ref(ref);
+    link.set_r_id(links.get_hyperlink(0).get_r_id());
+  }
+  ASSERT_TRUE(s->removeRow(0, 0, true));
+  ASSERT_TRUE(s->delHyperlink(0));
+  EXPECT_EQ(narrow(s->hyperlink(0, nullptr, nullptr, nullptr, nullptr)), "https://example.org");
+  ASSERT_TRUE(s->delHyperlink(0));
+  EXPECT_EQ(this->part("/xl/worksheets/_rels/sheet1.xml.rels").find("example.org"), std::string::npos);
+}
+
+TYPED_TEST(XmlRanges, TheRangeInUseComesBackWithALoad) {
+  auto* s = this->sheet;
+  s->setMerge(1, 20, 2, 9);
+  s->setRowHidden(30, true);
+  const auto used = [&] {
+    auto* now = this->sheet;
+    return std::make_tuple(now->firstRow(), now->lastRow(), now->firstCol(), now->lastCol());
+  };
+  EXPECT_EQ(used(), std::make_tuple(1, 31, 2, 10));
+  this->reload();
+  EXPECT_EQ(std::get<1>(used()), 31);
+  EXPECT_EQ(std::get<3>(used()), 10);
+}
+
 TYPED_TEST(XmlRanges, NamesStayWhereTheCallerDoesNotAsk) {
   this->sheet->setNamedRange(u"spot", 9, 10, 4, 5, -1, false);
   ASSERT_TRUE(this->sheet->insertRow(0, 0, false));

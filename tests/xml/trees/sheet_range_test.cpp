@@ -15,6 +15,7 @@ TEST(SheetRanges, OneAddressIsARangeOfOneCell) {
 TEST(SheetRanges, CornersComeOutInOrderWithoutTheirMarks) {
   EXPECT_EQ(parseRange("$D$9:b2"), (SheetRange{1, 8, 1, 3}));
   EXPECT_EQ(rangeText({1, 8, 1, 3}), "B2:D9");
+  EXPECT_EQ(rangeText({8, 1, 3, 1}), "B2:D9");
   EXPECT_EQ(parseRange("A1:XFD1048576"), (SheetRange{0, 1048575, 0, 16383}));
 }
 
