@@ -365,7 +365,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   XMLBookImplT<Tag>* _book;
   std::array<std::uint32_t, kColumns> _colFormats{};  // style index by column, so that a new cell needs no search
   UsedRange _used;
-  bool _isPartial = false;  // read with a range of rows
+  bool _isPartial = false;           // read with a range of rows
   std::size_t _lastRowPosition = 0;  // where the last row was found or made
   SharedFormulas _sharedFormulas;
   FormatPtr _lastFormat = nullptr;  // of the last write that gave one, with its index

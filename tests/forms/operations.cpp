@@ -187,6 +187,17 @@ std::vector<Operation> lineOperations() {
          b.sheet->groupCols(4, 6, true);
        },
        [](B b) { return join(b.sheet->colHidden(6)); }, "1", "[detect overlap] 0"},
+      {"groupRows", "an eighth group of rows around one another",
+       [](B b) {
+         for (int level = 0; level < 8; ++level) b.sheet->groupRows(1, 1, false);
+       },
+       [](B b) { return join(b.sheet->groupRows(1, 1, true)); }, "1", "[exceeded outline level] 0"},
+      {"groupCols", "an eighth group of columns around one another",
+       [](B b) {
+         for (int level = 0; level < 8; ++level) b.sheet->groupCols(1, 1, false);
+       },
+       [](B b) { return join(b.sheet->groupCols(1, 1, true)); }, "[exceeded outline level] 0",
+       "[exceeded outline level] 0"},
       pair<bool>("groupSummaryBelow setGroupSummaryBelow", "sums of rows", &Sheet::setGroupSummaryBelow,
                  &Sheet::groupSummaryBelow, false, "0"),
       pair<bool>("groupSummaryRight setGroupSummaryRight", "sums of columns", &Sheet::setGroupSummaryRight,

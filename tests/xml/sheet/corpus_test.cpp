@@ -55,6 +55,7 @@ class Facts {
   const std::string& text() const { return _text; }
 
  private:
+  static std::string textOf(const char* text) { return text; }
   static std::string textOf(const std::string& text) { return text; }
   static std::string textOf(const char16_t* text) { return narrow(text); }
   template <class Number>

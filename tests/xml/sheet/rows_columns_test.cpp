@@ -161,9 +161,14 @@ TYPED_TEST(XmlRowsColumns, GroupsThatOverlapInPartChangeNothing) {
 }
 
 TYPED_TEST(XmlRowsColumns, LevelsEndAtTheSeventh) {
-  for (int i = 0; i < 7; ++i) ASSERT_TRUE(this->sheet->groupRows(1, 1, false));
-  EXPECT_FALSE(this->sheet->groupRows(1, 1, false));
-  EXPECT_EQ(this->message(), "exceeded outline level");
+  for (int i = 0; i < 7; ++i) {
+    ASSERT_TRUE(this->sheet->groupRows(1, 1, false)) << this->message();
+    ASSERT_TRUE(this->sheet->groupCols(1, 1, false)) << this->message();
+  }
+  const std::string before = this->sheetXml();
+  EXPECT_REFUSED(this->sheet->groupRows(1, 1, true), "exceeded outline level");
+  EXPECT_REFUSED(this->sheet->groupCols(1, 1, true), "exceeded outline level");
+  EXPECT_EQ(this->sheetXml(), before);
   EXPECT_EQ(this->sheet->get_sheetData().get_row(0).get_outlineLevel(), 7);
   ASSERT_TRUE(this->sheet->groupRows(1048575, 1048575, true)) << "no row follows the last";
   ASSERT_TRUE(this->sheet->groupCols(16383, 16383, true));
