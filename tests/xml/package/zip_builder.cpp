@@ -159,16 +159,15 @@ std::vector<TestEntry> workbookEntries(int sheets) {
   std::vector<TestEntry> parts;
   for (int i = 1; i <= sheets; ++i) {
     const std::string number = std::to_string(i);
-    types.append(R"(<Override PartName="/xl/worksheets/sheet)").append(number).append(R"(.xml" ContentType=")");
-    types.append(spreadsheetml).append(R"(worksheet+xml"/>)");
-    workbook.append("<sheet name=\"").append(kNames[i - 1]).append(R"(" sheetId=")").append(std::to_string(i + 10));
-    workbook.append(R"(" r:id="rId)").append(number).append(R"("/>)");
-    links.append(R"(<Relationship Id="rId)").append(number).append(R"(" Type=")").append(text.relationships);
-    links.append(R"(/worksheet" Target="worksheets/sheet)").append(number).append(R"(.xml"/>)");
-    std::string sheet = "<worksheet xmlns=\"";
-    sheet.append(text.main).append(R"("><sheetData><row r="1"><c r="A1"><v>)").append(number);
-    sheet.append("</v></c></row></sheetData></worksheet>");
-    parts.push_back({"xl/worksheets/sheet" + number + ".xml", std::move(sheet)});
+    types += R"(<Override PartName="/xl/worksheets/sheet)" + number + R"(.xml" ContentType=")" + spreadsheetml +
+             R"(worksheet+xml"/>)";
+    workbook += "<sheet name=\"" + std::string(kNames[i - 1]) + "\" sheetId=\"" + std::to_string(i + 10) +
+                "\" r:id=\"rId" + number + "\"/>";
+    links += R"(<Relationship Id="rId)" + number + R"(" Type=")" + text.relationships +
+             R"(/worksheet" Target="worksheets/sheet)" + number + R"(.xml"/>)";
+    parts.push_back({"xl/worksheets/sheet" + number + ".xml", "<worksheet xmlns=\"" + text.main +
+                                                                  "\"><sheetData><row r=\"1\"><c r=\"A1\"><v>" +
+                                                                  number + "</v></c></row></sheetData></worksheet>"});
   }
   std::vector<TestEntry> entries;
   entries.push_back({"[Content_Types].xml", types + "</Types>"});
