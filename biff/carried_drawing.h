@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "engine/line_move.h"
 #include "biff/records/record_io.h"
+#include "engine/line_move.h"
 #include "officeart/drawing.h"
 
 namespace rubrica {

@@ -12,8 +12,8 @@
 
 #include "biff/book_state.h"
 #include "biff/expression_walk.h"
-#include "engine/folded_index.h"
 #include "biff/unicode_string.h"
+#include "engine/folded_index.h"
 #include "engine/sheet_name.h"
 
 namespace rubrica {

@@ -9,9 +9,9 @@
 
 #include <boost/unordered/unordered_flat_map.hpp>
 
-#include "engine/line_move.h"
 #include "biff/unicode_string.h"
 #include "compound/xls.h"
+#include "engine/line_move.h"
 
 namespace rubrica {
 

@@ -3,9 +3,9 @@
 #include <limits>
 
 #include "biff/book_impl.h"
-#include "engine/column_widths.h"
 #include "biff/sheet_grid.h"
 #include "biff/sheet_impl.h"
+#include "engine/column_widths.h"
 
 namespace rubrica {
 namespace {

@@ -18,8 +18,8 @@ class ColumnWidths {
   // The width of a `col` element, padding included, in whole 1/256 digit widths.
   double digitsOfChars(double chars) const;
   int pixelsOfDigits(double digits) const;
-  // The pixels of a column of which a sheet says nothing but how many characters it holds (`baseColWidth`): with padding
-  // and grid line, rounded up to a multiple of eight.
+  // The pixels of a column of which a sheet says nothing but how many characters it holds (`baseColWidth`): with
+  // padding and grid line, rounded up to a multiple of eight.
   int pixelsOfBase(int chars) const;
 
  private:

@@ -27,11 +27,40 @@ std::string printed(double value) {
 
 TEST(NumberText, IsThatOfTheCLibrary) {
   using Limits = std::numeric_limits<double>;
-  for (const double value :
-       {0.0, -0.0, 0.1, 0.5, 1.0, -1.0, 1.1, 100.0, 1e15, 999999999999999.0, 1e16, 1e17, 1e21, 1e22, 1e23, 1e-4, 1e-5,
-        9.5e-5, 0.0001234, 5e-324, Limits::max(), Limits::min(), Limits::epsilon(), 9007199254740993.0, 2.5, 0.3,
-        123456.789, 1e300, 1e-300, 99999999999999999.0, 0.99999999999999989, 1.7976931348623157e308,
-        Limits::infinity(), -Limits::infinity()}) {
+  for (const double value : {0.0,
+                             -0.0,
+                             0.1,
+                             0.5,
+                             1.0,
+                             -1.0,
+                             1.1,
+                             100.0,
+                             1e15,
+                             999999999999999.0,
+                             1e16,
+                             1e17,
+                             1e21,
+                             1e22,
+                             1e23,
+                             1e-4,
+                             1e-5,
+                             9.5e-5,
+                             0.0001234,
+                             5e-324,
+                             Limits::max(),
+                             Limits::min(),
+                             Limits::epsilon(),
+                             9007199254740993.0,
+                             2.5,
+                             0.3,
+                             123456.789,
+                             1e300,
+                             1e-300,
+                             99999999999999999.0,
+                             0.99999999999999989,
+                             1.7976931348623157e308,
+                             Limits::infinity(),
+                             -Limits::infinity()}) {
     EXPECT_EQ(written(value), printed(value));
   }
 }

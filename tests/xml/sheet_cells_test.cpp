@@ -45,7 +45,8 @@ TYPED_TEST(SheetCellsOf, NumbersAreReadInEveryForm) {
   const auto sheet = this->parse(
       "<row r=\"1\"><c r=\"A1\"><v>1.5</v></c><c r=\"B1\" t=\"n\"><v>-2E3</v></c><c r=\"C1\" t=\"str\"><v>7.25</v></c>"
       "<c r=\"D1\" t=\"str\"><v>7 apples</v></c><c r=\"E1\" t=\"str\"><v>inf</v></c><c r=\"F1\"><v>x</v></c>"
-      "<c r=\"G1\" t=\"b\"><v>1</v></c><c r=\"H1\" t=\"e\"><v>#N/A</v></c><c r=\"I1\"/><c r=\"J1\"><v>1e999</v></c></row>");
+      "<c r=\"G1\" t=\"b\"><v>1</v></c><c r=\"H1\" t=\"e\"><v>#N/A</v></c><c r=\"I1\"/><c "
+      "r=\"J1\"><v>1e999</v></c></row>");
   EXPECT_EQ(sheet->readNum(0, 0, nullptr), 1.5);
   EXPECT_EQ(sheet->readNum(0, 1, nullptr), -2000);
   EXPECT_EQ(sheet->readNum(0, 2, nullptr), 7.25);
@@ -115,7 +116,8 @@ TYPED_TEST(SheetCellsOf, AnInlineTextStandsInTheCell) {
 TYPED_TEST(SheetCellsOf, StringsAreReadInEveryForm) {
   this->book.needSharedStrings().add(u"shared");
   const auto sheet = this->parse(
-      "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>0</v></c><c r=\"B1\" t=\"s\"><v></v></c><c r=\"C1\" t=\"str\"><v>a_x000D_b</v></c>"
+      "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>0</v></c><c r=\"B1\" t=\"s\"><v></v></c><c r=\"C1\" "
+      "t=\"str\"><v>a_x000D_b</v></c>"
       "<c r=\"D1\" t=\"inlineStr\"><is><t>plain</t></is></c>"
       "<c r=\"E1\" t=\"inlineStr\"><is><r><t>one</t></r><r><t>two</t></r></is></c><c r=\"F1\"><v>12</v></c>"
       "<c r=\"G1\" t=\"inlineStr\"/><c r=\"H1\" t=\"str\"><f>A1</f></c>"
@@ -171,8 +173,8 @@ TYPED_TEST(SheetCellsOf, BooleansAndErrors) {
 TYPED_TEST(SheetCellsOf, EveryErrorHasItsWord) {
   auto& sheet = this->fresh;
   const std::pair<ErrorType, const char16_t*> kErrors[] = {
-      {ErrorType::null, u"#NULL!"}, {ErrorType::divByZero, u"#DIV/0!"}, {ErrorType::value, u"#VALUE!"},
-      {ErrorType::ref, u"#REF!"},   {ErrorType::name, u"#NAME?"},       {ErrorType::num, u"#NUM!"},
+      {ErrorType::null, u"#NULL!"},      {ErrorType::divByZero, u"#DIV/0!"}, {ErrorType::value, u"#VALUE!"},
+      {ErrorType::ref, u"#REF!"},        {ErrorType::name, u"#NAME?"},       {ErrorType::num, u"#NUM!"},
       {ErrorType::notAvailable, u"#N/A"}};
   for (const auto& [error, word] : kErrors) {
     sheet.writeError(0, 0, error, nullptr);

@@ -86,11 +86,12 @@ TYPED_TEST(SheetFormulasOf, MembersOfASharedGroupReadByTheirPlace) {
 TYPED_TEST(SheetFormulasOf, AnOverwrittenMasterHandsItsGroupOver) {
   const auto sheet = this->parse(kGroup);
   sheet->writeNum(1, 1, 5, nullptr);
-  EXPECT_EQ(this->rowsOf(*sheet),
-            "<row r=\"2\"><c r=\"B2\"><v>5</v></c><c r=\"C2\"><f t=\"shared\" ref=\"B2:C5\" si=\"0\">B2+$A$1</f><v>2</v></c>"
-            "<c r=\"D2\"><f t=\"shared\" ref=\"D2\" si=\"1\">A1</f></c></row>"
-            "<row r=\"3\"><c r=\"B3\"><f t=\"shared\" si=\"0\"/></c><c r=\"C3\"><v>3</v></c></row>"
-            "<row r=\"5\"><c r=\"C5\"><f t=\"shared\" si=\"0\"/></c></row>");
+  EXPECT_EQ(
+      this->rowsOf(*sheet),
+      "<row r=\"2\"><c r=\"B2\"><v>5</v></c><c r=\"C2\"><f t=\"shared\" ref=\"B2:C5\" si=\"0\">B2+$A$1</f><v>2</v></c>"
+      "<c r=\"D2\"><f t=\"shared\" ref=\"D2\" si=\"1\">A1</f></c></row>"
+      "<row r=\"3\"><c r=\"B3\"><f t=\"shared\" si=\"0\"/></c><c r=\"C3\"><v>3</v></c></row>"
+      "<row r=\"5\"><c r=\"C5\"><f t=\"shared\" si=\"0\"/></c></row>");
   EXPECT_EQ(this->formulaAt(*sheet, 2, 1), u"A3+$A$1");
   sheet->writeStr(1, 2, u"x", nullptr, 0);
   EXPECT_EQ(this->formulaAt(*sheet, 2, 1), u"A3+$A$1");
@@ -140,7 +141,8 @@ TYPED_TEST(SheetFormulasOf, ACopyOfAMemberHasAFormulaOfItsOwn) {
 
 TYPED_TEST(SheetFormulasOf, GroupsThatAreNoneReadEmpty) {
   const auto sheet = this->parse(
-      "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" si=\"5\"/></c><c r=\"B1\"><f t=\"shared\" si=\"6\" ref=\"nonsense\">X1</f></c>"
+      "<row r=\"1\"><c r=\"A1\"><f t=\"shared\" si=\"5\"/></c><c r=\"B1\"><f t=\"shared\" si=\"6\" "
+      "ref=\"nonsense\">X1</f></c>"
       "<c r=\"C1\"><f t=\"shared\" si=\"6\"/></c><c r=\"D1\"><f t=\"shared\"/></c>"
       "<c r=\"E1\"><f t=\"shared\" si=\"7\" ref=\"A1:XFD1048576\">Y1</f></c>"
       "<c r=\"F1\"><f t=\"shared\" si=\"8\" ref=\"C3:A1\">Z1</f></c></row>");

@@ -107,8 +107,9 @@ TYPED_TEST(SheetLoadOf, APartFromAFileIsTheSame) {
   const test::TemporaryDirectory directory;
   const std::string path = directory.file("sheet.xml").string();
   for (const bool hasMarkup : {false, true}) {
-    std::string text = partText<TypeParam>(
-        "worksheet", "<sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row><row r=\"5\"><c r=\"A5\"><v>2</v></c></row></sheetData>");
+    std::string text = partText<TypeParam>("worksheet",
+                                           "<sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row><row r=\"5\"><c "
+                                           "r=\"A5\"><v>2</v></c></row></sheetData>");
     if (hasMarkup) {
       text.replace(text.find(" xmlns"), 6,
                    " xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\" mc:Ignorable=\"x\" "
@@ -134,7 +135,8 @@ TYPED_TEST(SheetLoadOf, BytesThatAreNoSheetFail) {
   const std::string strings = partText<TypeParam>("sst", "");
   EXPECT_THROW(Sheet(this->book, strings.data(), strings.size()), xlerror);
   EXPECT_THROW(Sheet(this->book, strings.data(), strings.size(), 1, 2), xlerror);
-  const std::string whole = partText<TypeParam>("worksheet", "<sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row></sheetData>");
+  const std::string whole =
+      partText<TypeParam>("worksheet", "<sheetData><row r=\"1\"><c r=\"A1\"><v>1</v></c></row></sheetData>");
   for (std::size_t size = 0; size + 1 < whole.size(); ++size) {
     EXPECT_THROW(Sheet(this->book, whole.data(), size), xlerror) << size;
   }

@@ -45,8 +45,8 @@ int main(int argc, char** argv) {
   rubrica::dateUnpack(false, sheet->readNum(2, 0), &year, &month, &day, nullptr, nullptr, nullptr, nullptr);
   const rubrica::CellAddress b2 = rubrica::parseAddress(u"$B$2");
   std::printf("version %x\n", again->version());
-  std::printf("tea %g, total %g by a formula of %zu characters\n", sheet->readNum(0, 1),
-              sheet->readNum(b2.row, b2.col), formula.size());
+  std::printf("tea %g, total %g by a formula of %zu characters\n", sheet->readNum(0, 1), sheet->readNum(b2.row, b2.col),
+              formula.size());
   std::printf("date %d-%d-%d %s\n", year, month, day, sheet->isDate(2, 0) ? "as a date" : "as a number");
   try {
     rubrica::parseAddress(u"nowhere!");
