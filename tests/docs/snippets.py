@@ -7,6 +7,7 @@ by "prints" and a text block says what it prints.
 import os
 import pathlib
 import re
+import signal
 import subprocess
 
 FENCE = re.compile(r"^```([^\n`]*)\n(.*?)^```$", re.M | re.S)
@@ -97,4 +98,7 @@ class Runner:
         return self.start([program], folder) if built.returncode == 0 else built
 
     def run_sh(self, block, folder):
-        return self.start(["bash", "-euo", "pipefail", "-c", block.text], folder)
+        result = self.start(["bash", "-euo", "pipefail", "-c", block.text], folder)
+        if result.returncode == 128 + signal.SIGPIPE:  # of `head`, which had read enough; what it printed is compared
+            result.returncode = 0
+        return result
