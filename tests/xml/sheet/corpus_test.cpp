@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <regex>
 
 #include "tests/support/temporary_directory.h"
 #include "tests/xml/sheet/sheet_fixture.h"
@@ -175,20 +174,28 @@ TEST(XmlCorpus, KeepsWhatStandsOnItsSheets) {
 
 // An operation, and the element or attribute of the worksheet that it may change.
 struct Change {
-  const char* pattern;
+  std::string_view begin, end;
   std::function<void(ISheetT<char16_t>&)> set;
 };
 
 const std::vector<Change>& changes() {
   static const std::vector<Change> all = {
-      {"<printOptions[^>]*>", [](auto& s) { s.setHCenter(!s.hCenter()); }},
-      {"<rowBreaks.*?</rowBreaks>", [](auto& s) { s.setHorzPageBreak(1048000, true); }},
-      {"<pageMargins[^>]*>", [](auto& s) { s.setMarginLeft(3.5); }},
-      {"<pageSetup [^>]*>", [](auto& s) { s.setPaper(s.paper() + 1); }},
-      {"<ignoredErrors.*?</ignoredErrors>", [](auto& s) { s.addIgnoredError(1048000, 0, 1048001, 1, 1); }},
-      {"<sheetProtection[^>]*>", [](auto& s) { s.setProtect(!s.protect(), nullptr, -1); }},
+      {"<printOptions", ">", [](auto& s) { s.setHCenter(!s.hCenter()); }},
+      {"<rowBreaks", "</rowBreaks>", [](auto& s) { s.setHorzPageBreak(1048000, true); }},
+      {"<pageMargins", ">", [](auto& s) { s.setMarginLeft(3.5); }},
+      {"<pageSetup ", ">", [](auto& s) { s.setPaper(s.paper() + 1); }},
+      {"<ignoredErrors", "</ignoredErrors>", [](auto& s) { s.addIgnoredError(1048000, 0, 1048001, 1, 1); }},
+      {"<sheetProtection", ">", [](auto& s) { s.setProtect(!s.protect(), nullptr, -1); }},
   };
   return all;
+}
+
+std::string without(const Change& change, std::string text) {
+  for (std::size_t at = text.find(change.begin); at != text.npos; at = text.find(change.begin, at)) {
+    const std::size_t last = text.find(change.end, at);
+    text.erase(at, last == text.npos ? last : last + change.end.size() - at);
+  }
+  return text;
 }
 
 template <class Tag>
@@ -200,13 +207,12 @@ void changesOneThing(const std::string& bytes, int& changed) {
   auto before = partTexts(*book);
   for (const Change& change : changes()) {
     change.set(*sheet);
-    ASSERT_STREQ(book->errorMessage(), "ok") << change.pattern;
+    ASSERT_STREQ(book->errorMessage(), "ok") << change.begin;
     auto after = partTexts(*book);
-    EXPECT_NE(after[own], before[own]) << change.pattern;
-    const std::regex pattern(change.pattern);
-    EXPECT_EQ(std::regex_replace(after[own], pattern, ""), std::regex_replace(before[own], pattern, ""));
+    EXPECT_NE(after[own], before[own]) << change.begin;
+    EXPECT_EQ(without(change, after[own]), without(change, before[own]));
     after[own] = before[own];
-    EXPECT_EQ(after, before) << change.pattern;
+    EXPECT_EQ(after, before) << change.begin;
     before = partTexts(*book);
     ++changed;
   }
