@@ -447,9 +447,8 @@ elmx_error c_unmarshal_helper::read_groups(const particle& row) {
     if (count == row.max_occurs) {
       if (const elmx_error code = too_many(row); code != ELMX_OK) return code;
     }
-    object* group = row.target->create();
-    groups.emplace_back(group);
-    const elmx_error code = c_unmarshal_helper(*group, _reader, _element_name).unmarshal_in_place();
+    object& group = *groups.emplace_back(owned(row.target->create())).get();
+    const elmx_error code = c_unmarshal_helper(group, _reader, _element_name).unmarshal_in_place();
     ++_events;
     _token = classify();
     if (code != ELMX_OK) return code;
