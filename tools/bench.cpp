@@ -100,7 +100,9 @@ int readJob(const std::string& file) {
   if (book == nullptr) return refuse(file);
   if (!book->load(wideText(file).c_str())) return fail(*book, "loading");
   Checksum checksum;
-  for (int i = 0; i < book->sheetCount(); ++i) visit(*book->getSheet(i), checksum);
+  for (int i = 0; i < book->sheetCount(); ++i) {
+    if (Sheet* sheet = book->getSheet(i)) visit(*sheet, checksum);
+  }
   const double seconds = now() - start;
   std::printf("sum=%.6f strlen=%ld bools=%ld\n", checksum.sum, checksum.strings, checksum.bools);
   report("read", checksum.cells, seconds);

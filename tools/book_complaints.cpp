@@ -86,7 +86,9 @@ void complainOfHeaders(const std::string& sheet, const char* what, const char16_
 void complainOfNames(Book& book, const std::string& form, std::vector<std::string>& complaints) {
   std::set<std::pair<int, std::u16string>> seen;
   for (int i = 0; i < book.sheetCount(); ++i) {
-    for (const NamedRange& name : namedRanges(*book.getSheet(i))) {
+    Sheet* sheet = book.getSheet(i);
+    if (sheet == nullptr) continue;  // a chart
+    for (const NamedRange& name : namedRanges(*sheet)) {
       const bool ofBook = name.scope == Sheet::kScopeWorkbook;
       if (ofBook && i > 0) continue;
       const std::string why = definedNameComplaint(name.name, form);
@@ -131,10 +133,12 @@ std::vector<std::string> bookComplaints(Book& book, const std::string& form) {
     const std::string why = sheetNameComplaint(name);
     if (!why.empty()) complaints.push_back("sheet \"" + narrowText(name) + "\": " + why);
     if (!names.insert(folded(name)).second) complaints.push_back("sheet \"" + narrowText(name) + "\" stands twice");
-    anyVisible = anyVisible || book.getSheet(i)->hidden() == SheetState::visible;
-    complainOfMerges(narrowText(name), merges(*book.getSheet(i)), complaints);
-    complainOfHeaders(narrowText(name), "header", book.getSheet(i)->header(), complaints);
-    complainOfHeaders(narrowText(name), "footer", book.getSheet(i)->footer(), complaints);
+    Sheet* sheet = book.getSheet(i);
+    anyVisible = anyVisible || sheet == nullptr || sheet->hidden() == SheetState::visible;
+    if (sheet == nullptr) continue;  // a chart
+    complainOfMerges(narrowText(name), merges(*sheet), complaints);
+    complainOfHeaders(narrowText(name), "header", sheet->header(), complaints);
+    complainOfHeaders(narrowText(name), "footer", sheet->footer(), complaints);
   }
   if (book.sheetCount() == 0) complaints.push_back("the book has no sheet");
   if (book.sheetCount() > 0 && !anyVisible) complaints.push_back("all sheets are hidden");

@@ -51,9 +51,9 @@ bool BookCopy::makeSheets() {
   for (int i = 0; i < source.sheetCount(); ++i) {
     const std::u16string name = source.getSheetName(i);
     Sheet* from = source.getSheet(i);
-    Sheet* to = from == nullptr ? nullptr : _target.addSheet(name.c_str());
+    Sheet* to = _target.addSheet(name.c_str());
     if (to == nullptr) return false;
-    _sheets.push_back({from, to, narrowText(name)});
+    if (from != nullptr) _sheets.push_back({from, to, narrowText(name)});
     if (source.sheetType(i) != SheetType::sheet) {
       _losses.add("sheet \"" + narrowText(name) + "\" holds a chart or macros: an empty sheet stands for it");
     }

@@ -68,7 +68,11 @@ void BookDiff::run(Progress& progress) {
     if (other->second != i) {
       tell("sheet \"" + name + "\"", "position", std::to_string(i + 1), std::to_string(other->second + 1));
     }
-    compareSheets(name, *_a.book->getSheet(i), *_b.book->getSheet(other->second), progress);
+    Sheet* a = _a.book->getSheet(i);
+    Sheet* b = _b.book->getSheet(other->second);
+    if (a != nullptr && b != nullptr) compareSheets(name, *a, *b, progress);
+    if ((a == nullptr) != (b == nullptr))
+      tell("sheet \"" + name + "\"", "holds", a ? "cells" : "a chart", b ? "cells" : "a chart");
   }
 }
 

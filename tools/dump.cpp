@@ -71,6 +71,7 @@ class Dump {
     for (int i = 0; i < _book.sheetCount(); ++i) {
       if (_options.sheet >= 0 && i != _options.sheet) continue;
       Sheet* sheet = _book.getSheet(i);
+      if (sheet == nullptr) continue;  // a chart of an .xlsx book, which holds no cells
       dumpSheet(*sheet, i);
       dumpCells(*sheet, i);
     }

@@ -28,8 +28,9 @@ std::map<std::u16string, int> sheetsOfBookNames(const OpenedBook& opened, Sheet&
   const OpenedBook scratch = openBook(opened.path);
   if (scratch.book == nullptr) return places;
   for (int i = 0; i < scratch.book->sheetCount(); ++i) {
-    if (!scratch.book->getSheet(i)->insertRow(0, 0, true)) continue;
-    Ranges after = rangesOfBookNames(*scratch.book->getSheet(0));
+    Sheet* sheet = scratch.book->getSheet(i);
+    if (sheet == nullptr || !sheet->insertRow(0, 0, true)) continue;
+    Ranges after = rangesOfBookNames(*sheet);
     for (const auto& [name, range] : after) {
       if (!places.contains(name) && range != before[name]) places[name] = i;
     }

@@ -78,7 +78,10 @@ void BookCopy::copyNames() {
     if (name.range.rowFirst >= 0 && place == places.end()) {
       _losses.addAt("name " + narrowText(name.name), "the sheet of the name can't be told: it is set on the first one");
     }
-    copyName(_sheets[place == places.end() ? 0 : static_cast<std::size_t>(place->second)], name);
+    // Charts have places in the book, but no pair here.
+    Sheet* home = place == places.end() ? nullptr : _target.getSheet(place->second);
+    const auto pair = std::find_if(_sheets.begin(), _sheets.end(), [&](const Pair& each) { return each.to == home; });
+    copyName(pair == _sheets.end() ? _sheets.front() : *pair, name);
   }
   for (const Pair& sheets : _sheets) {
     for (const NamedRange& name : namedRanges(*sheets.from)) {
