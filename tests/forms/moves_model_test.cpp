@@ -172,7 +172,7 @@ void playOne(const Form& form, unsigned seed) {
 class SheetModel : public testing::TestWithParam<Form> {};
 
 TEST_P(SheetModel, ThousandsOfRandomSequencesEndLikeASimpleGrid) {
-  for (unsigned seed = 1; seed <= 3000 && !testing::Test::HasFatalFailure(); ++seed) playOne(GetParam(), seed);
+  for (unsigned seed = 1; seed <= 3000; ++seed) ASSERT_NO_FATAL_FAILURE(playOne(GetParam(), seed));
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, SheetModel, testing::ValuesIn(kForms), nameOfForm);
