@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "engine/book.h"
@@ -20,6 +21,9 @@ struct BookForm {
   const char16_t* extension;
   int rows, cols;  // of a sheet
 };
+
+// The name under which the test framework shows a form.
+inline void PrintTo(const BookForm& form, std::ostream* out) { *out << form.name; }
 
 inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256},
                                           {"xlsx", &createXmlBook, u".xlsx", 1048576, 16384}};
