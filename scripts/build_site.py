@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Makes a site of the documents: every page of docs/, HACKING.md, the reference pages of the component and of the C++
-headers, and the manual pages of the tools. Needs python3-markdown, and groff for the manual pages.
+"""Makes a site of the documents: every page of docs/, those for developers, the reference pages of the component
+and of the C++ headers, and the manual pages of the tools. Needs python3-markdown, and groff for the manual pages.
 
 usage: build_site.py SOURCE_DIR OUTPUT_DIR
 """
@@ -23,7 +23,7 @@ NAVIGATION = (("Start", ("index", "tutorial_omnis", "tutorial_cpp", "cookbook/in
                        "reference/cpp_auto_filter", "reference/cpp_enums", "reference/cpp_date_serial",
                        "reference/cpp_address", "reference/cpp_xlerror")),
               ("Trust", ("state", "fidelity", "limits", "security", "performance", "reliability")),
-              ("Change", ("HACKING",)))
+              ("Change", ("CONTRIBUTING", "HACKING", "CHANGELOG")))
 STYLE = """
 body { margin: 0; font: 16px/1.5 sans-serif; color: #222; display: flex; flex-wrap: wrap; }
 nav { width: 14rem; padding: 1rem; background: #f3f5f5; min-height: 100vh; box-sizing: border-box; font-size: 14px; }
@@ -42,13 +42,15 @@ PAGE = """<!DOCTYPE html>
 {body}
 </main></body></html>
 """
+ROOT_PAGES = ("HACKING.md", "CONTRIBUTING.md", "CHANGELOG.md")
 FENCE = re.compile(r"^```(\w+) (\S+)\n", re.M)
 
 
 def gather(source, folder):
     """All pages as Markdown in one tree, as the site has them."""
     shutil.copytree(source / "docs", folder, dirs_exist_ok=True, ignore=shutil.ignore_patterns("man"))
-    shutil.copy(source / "HACKING.md", folder)
+    for name in ROOT_PAGES:
+        shutil.copy(source / name, folder)
     subprocess.run([sys.executable, source / "scripts/generate_resources.py", "reference", folder / "reference",
                     *sorted((source / "host/resources").glob("*.toml"))], check=True)
     headers = [path for path in sorted((source / "engine").glob("*.h")) if is_public(source, path)]
@@ -82,7 +84,7 @@ def with_site_links(body, page, folder):
         path, mark, anchor = match.group(1).partition("#")
         if re.match(r"[a-z]+:", path) or not path.endswith(".md"):
             return match.group(0)
-        # HACKING.md stands beside the documents here, above them in the repository.
+        # ROOT_PAGES stand beside the documents here, above or below them in the repository.
         target = (page.parent / path).resolve()
         if not target.exists() and (folder / target.name).exists():
             target = folder / target.name

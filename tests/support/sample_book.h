@@ -23,7 +23,9 @@ struct BookForm {
 };
 
 // The name under which the test framework shows a form.
-inline void PrintTo(const BookForm& form, std::ostream* out) { *out << form.name; }
+inline void PrintTo(const BookForm& form, std::ostream* out) {
+  *out << form.name;
+}
 
 inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256},
                                           {"xlsx", &createXmlBook, u".xlsx", 1048576, 16384}};
