@@ -9,7 +9,7 @@
 namespace rubrica {
 namespace {
 
-constexpr char kName[] = "Note";
+constexpr char kNoteName[] = "Note";
 constexpr std::uint16_t kContinuesText = 0xFFFF;  // in the row of a BIFF5 record
 
 std::uint32_t placeOf(int row, int col) {
@@ -47,10 +47,10 @@ void NoteTable::read(std::span<const std::byte> bytes) {
   std::uint16_t cch = 0;
   const bool whole = body.take(note.row) && body.take(note.col) && body.take(note.grbit) && body.take(note.idObj) &&
                      body.take(cch) && body.take(note.authorFlags);
-  if (!whole) throwSizeIsIncorrect(kName);
+  if (!whole) throwSizeIsIncorrect(kNoteName);
   const bool wide = (note.authorFlags & text_flags::kHighByte) != 0;
   const std::size_t size = std::size_t{cch} * (wide ? 2 : 1);
-  if (size > body.left()) throwSizeIsIncorrect(kName);
+  if (size > body.left()) throwSizeIsIncorrect(kNoteName);
   note.author = characters(body.takeBytes(size), wide);
   note.behind.assign(body.rest().begin(), body.rest().end());
   append(std::move(note));
@@ -60,7 +60,7 @@ void NoteTable::readBiff5(std::span<const std::byte> bytes, std::uint16_t codePa
   RecordBody body(bytes);
   Note note;
   std::uint16_t length = 0;
-  if (!body.take(note.row) || !body.take(note.col) || !body.take(length)) throwSizeIsIncorrect(kName);
+  if (!body.take(note.row) || !body.take(note.col) || !body.take(length)) throwSizeIsIncorrect(kNoteName);
   // The first record of a long text states the length of all of it.
   const auto part = body.takeBytes(length);
   const std::u16string text =

@@ -12,7 +12,7 @@ namespace {
 
 // The fields in file order; a loader or a storer visits them.
 template <typename Visitor, typename Entry>
-void visitFields(Visitor&& visit, Entry& entry) {
+void visitEntryFields(Visitor&& visit, Entry& entry) {
   visit(entry.name);
   visit(entry.nameLength);
   visit(entry.objectType);
@@ -49,13 +49,13 @@ DirEntry::DirEntry(const char16_t* entryName, EntryType type, std::uint32_t chil
 
 DirEntry DirEntry::load(const std::byte* from) {
   DirEntry entry;
-  visitFields(FieldLoader(from), entry);
+  visitEntryFields(FieldLoader(from), entry);
   entry.streamSize &= 0xFFFFFFFF;
   return entry;
 }
 
 void DirEntry::store(std::byte* to) const {
-  visitFields(FieldStorer(to), *this);
+  visitEntryFields(FieldStorer(to), *this);
 }
 
 std::u16string DirEntry::nameText() const {

@@ -9,7 +9,7 @@ namespace {
 
 // The fields in file order; a loader or a storer visits them.
 template <typename Visitor, typename Header>
-void visitFields(Visitor&& visit, Header& header) {
+void visitHeaderFields(Visitor&& visit, Header& header) {
   visit(header.signature);
   visit(header.classId);
   visit(header.minorVersion);
@@ -43,14 +43,14 @@ std::uint16_t powerOfTwo(std::uint16_t shift, const std::string& zeroText) {
 CompoundHeader CompoundHeader::load(std::span<const std::byte> file) {
   if (file.size() < kDiskSize) throw xlerror("readHeader: file is corrupt (size < 512 bytes)");
   CompoundHeader header;
-  visitFields(FieldLoader(file.data()), header);
+  visitHeaderFields(FieldLoader(file.data()), header);
   if (header.signature != kSignature) throw xlerror("invalid file format");
   return header;
 }
 
 std::array<std::byte, CompoundHeader::kDiskSize> CompoundHeader::store() const {
   std::array<std::byte, kDiskSize> bytes{};
-  visitFields(FieldStorer(bytes.data()), *this);
+  visitHeaderFields(FieldStorer(bytes.data()), *this);
   return bytes;
 }
 

@@ -18,7 +18,7 @@ struct Element {
 };
 using Section = std::vector<Element>;
 
-constexpr std::u16string_view kDateLetters = u"mdyhs";
+constexpr std::u16string_view kLowerDateLetters = u"mdyhs";
 constexpr std::u16string_view kDigitPlaces = u"0#?";
 constexpr std::u16string_view kMonth = u"September", kDay = u"Wednesday";
 constexpr std::size_t kMaxPlaces = 255;  // digit places of a number; a sample stays short whatever the text says
@@ -81,7 +81,7 @@ std::vector<Section> sectionsOf(std::u16string_view format) {
     } else if (startsWith(format, u"e+") || startsWith(format, u"e-")) {
       section.push_back({Piece::exponent, std::u16string(format.substr(1, 1))});
       taken = 2;
-    } else if (kDateLetters.find(lower(c)) != kDateLetters.npos) {
+    } else if (kLowerDateLetters.find(lower(c)) != kLowerDateLetters.npos) {
       while (taken < format.size() && lower(format[taken]) == lower(c)) ++taken;
       section.push_back({Piece::letters, std::u16string(taken, lower(c))});
     } else if (kDigitPlaces.find(c) != kDigitPlaces.npos) {

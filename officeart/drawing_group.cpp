@@ -5,7 +5,7 @@
 namespace rubrica::officeart {
 namespace {
 
-constexpr char kError[] = "error in record MsoDrawingGroup";
+constexpr char kGroupError[] = "error in record MsoDrawingGroup";
 constexpr std::uint32_t kMostDrawings = 0xFFE;  // an id has the 12 bits of recInstance
 
 // What programs state for shapes that say nothing else: text may be turned with the shape, system fill and line
@@ -32,12 +32,12 @@ void DrawingGroup::finishReading() {
   _reading = {};
   RecordReader reader(_original);
   RecordHeader header;
-  if (!takeHeader(reader, header) || header.recType != type::dggContainer) throw xlerror(kError);
+  if (!takeHeader(reader, header) || header.recType != type::dggContainer) throw xlerror(kGroupError);
   if (header.recLen > reader.left()) throw xlerror(ruleOf(type::dggContainer).message);
   auto root = std::make_unique<OfficeArtDggContainer>();
   RecordReader body(reader.takeSlice(header.recLen), 1);
   root->read(header, body);
-  if (reader.left() != 0) throw xlerror(kError);
+  if (reader.left() != 0) throw xlerror(kGroupError);
   _root = std::move(root);
   _ids = _root->find<OfficeArtFDGGBlock>();
   _store = _root->find<OfficeArtBStoreContainer>();

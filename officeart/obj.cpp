@@ -5,7 +5,7 @@
 namespace rubrica::officeart {
 namespace {
 
-constexpr char kError[] = "error in record Obj";
+constexpr char kObjError[] = "error in record Obj";
 constexpr std::uint16_t kFtEnd = 0, kFtPictureFormat = 7, kFtPictureFlags = 8, kFtNote = 13, kFtLbsData = 19,
                         kFtCmo = 21;
 constexpr std::uint16_t kCmoSize = 18;
@@ -16,14 +16,14 @@ struct SubrecordRule {
   const char* message;
 };
 constexpr SubrecordRule kSubrecords[] = {{4, "error in record FtMacro"},
-                                         {6, kError},  // FtGmo
-                                         {kFtPictureFormat, kError},
-                                         {kFtPictureFlags, kError},
+                                         {6, kObjError},  // FtGmo
+                                         {kFtPictureFormat, kObjError},
+                                         {kFtPictureFlags, kObjError},
                                          {9, "error in record FtPictFmla"},
-                                         {10, kError},  // FtCbls
-                                         {11, kError},  // FtRbo
-                                         {12, kError},  // FtSbs
-                                         {kFtNote, kError},
+                                         {10, kObjError},  // FtCbls
+                                         {11, kObjError},  // FtRbo
+                                         {12, kObjError},  // FtSbs
+                                         {kFtNote, kObjError},
                                          {14, "error in record ObjLinkFmla"},
                                          {15, "error in record FtGboData"},
                                          {16, "error in record FtEdoData"},
@@ -95,7 +95,7 @@ void Obj::read(const RecordRun& run) {
   RecordReader reader(Slice::copyOf(run.body));
   const bool whole = reader.take(_ft) && reader.take(_cb) && reader.take(ot) && reader.take(id) && reader.take(grbit) &&
                      reader.take(_reserved);
-  if (!whole) throw xlerror(kError);
+  if (!whole) throw xlerror(kObjError);
   while (reader.left() >= 4) {
     const Slice all = reader.takeRest();
     RecordReader front(all);

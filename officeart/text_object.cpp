@@ -5,7 +5,7 @@
 namespace rubrica::officeart {
 namespace {
 
-constexpr char kError[] = "error in record TextObject";
+constexpr char kTextError[] = "error in record TextObject";
 constexpr std::uint8_t kHighByte = 1;  // of the flag byte that each text record begins with: 16-bit characters
 // The flag byte and as many characters as fit; one byte of the record stays free, as characters aren't divided.
 constexpr std::size_t kMostCharactersARecord = (kMostRecordBytes - 2) / sizeof(char16_t);
@@ -22,7 +22,7 @@ Head takeHead(RecordReader& reader) {
   Head head;
   const bool whole = reader.take(head.grbit) && reader.take(head.rot) && reader.take(head.control) &&
                      reader.take(head.cchText) && reader.take(head.cbRuns) && reader.take(head.ifntEmpty);
-  if (!whole) throw xlerror(kError);
+  if (!whole) throw xlerror(kTextError);
   return head;
 }
 
@@ -49,7 +49,7 @@ std::size_t TextObject::continuesOf(ByteView body, const std::vector<ByteView>& 
   std::size_t used = 0;
   while (text.size() < head.cchText) {
     if (used == following.size() || appendText(following[used++], head.cchText - text.size(), text) == 0) {
-      throw xlerror(kError);
+      throw xlerror(kTextError);
     }
   }
   for (std::size_t runs = 0; head.cchText != 0 && runs < head.cbRuns && used < following.size(); ++used) {
@@ -70,13 +70,13 @@ void TextObject::read(const RecordRun& run) {
   const Slice formula = reader.takeRest();
   RecordReader formulaReader(formula);
   std::uint16_t formulaSize = 0;
-  if (!formulaReader.take(formulaSize) || formulaSize > formulaReader.left()) throw xlerror(kError);
+  if (!formulaReader.take(formulaSize) || formulaSize > formulaReader.left()) throw xlerror(kTextError);
   _formula.assign(formula.view().begin(), formula.view().end());
   for (const ByteView part : run.continues) {
     if (_text.size() < cchText) appendText(part, cchText - _text.size(), _text);
     _continues.emplace_back(part.begin(), part.end());
   }
-  if (_text.size() < cchText) throw xlerror(kError);
+  if (_text.size() < cchText) throw xlerror(kTextError);
 }
 
 void TextObject::write(RecordSink& sink) const {

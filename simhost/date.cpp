@@ -14,7 +14,6 @@ constexpr std::array<const char*, 12> monthNames = {"January",   "February", "Ma
                                                     "September", "October",  "November", "December"};
 constexpr std::array<const char*, 7> weekdayNames = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                      "Thursday", "Friday", "Saturday"};
-constexpr std::int64_t hundredthsPerDay = 24LL * 60 * 60 * 100;
 constexpr std::int64_t daysPerEra = 146097;
 
 std::int64_t floorDivide(std::int64_t a, std::int64_t b) {

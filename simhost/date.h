@@ -13,6 +13,8 @@ namespace rubrica::simhost {
 // Subtype codes of a date: 0 to 2 are dates (the three centuries of a short date), 3 to 5 date and time, 6 a time.
 enum DateSubtype : int { shortDate = 1, dateAndTime = 4, shortTime = 6 };
 
+inline constexpr std::int64_t hundredthsPerDay = 24LL * 60 * 60 * 100;
+
 struct DateTime {
   int year = 0;
   int month = 0;

@@ -14,7 +14,6 @@ using Args = std::span<const Value>;
 enum class Unit { Year = 1, Quarter, Month, Week, Day, Hour, Minute, Second, Hundredth, DayOfWeek, DayOfYear };
 
 constexpr std::int64_t hundredthsPerSecond = 100;
-constexpr std::int64_t hundredthsPerDay = 24 * 60 * 60 * hundredthsPerSecond;
 
 Unit unitOf(const Value& value) {
   const std::int64_t code = value.toInteger();

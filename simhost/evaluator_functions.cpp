@@ -10,7 +10,7 @@ namespace rubrica::simhost {
 
 namespace {
 
-constexpr std::array table = {
+constexpr std::array evaluatorFunctions = {
     Function{"iif", 3, 3, nullptr, Special::Iif},
     Function{"pick", 2, anyNumber, nullptr, Special::Pick},
     Function{"row", 1, anyNumber, nullptr, Special::MakeRow},
@@ -35,7 +35,7 @@ char separatorOf(const std::vector<ExprPtr>& arguments, Evaluator& evaluator) {
 }  // namespace
 
 std::span<const Function> specialFunctions() {
-  return table;
+  return evaluatorFunctions;
 }
 
 Value Evaluator::callFunction(const FunctionCall& call) {

@@ -8,8 +8,6 @@ namespace rubrica::simhost {
 
 namespace {
 
-constexpr std::int64_t hundredthsPerDay = 24LL * 60 * 60 * 100;
-
 bool isDateSum(Operator op, const Value& a) {
   return a.kind() == Kind::Date && (op == Operator::Add || op == Operator::Subtract);
 }

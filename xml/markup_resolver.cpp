@@ -9,7 +9,6 @@
 namespace rubrica {
 namespace {
 
-constexpr std::string_view kCompatibilityUri = "http://schemas.openxmlformats.org/markup-compatibility/2006";
 constexpr std::string_view kXmlUri = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view kRequires = "Requires";
 // Namespaces, or names of ProcessContent, that are ignorable at one place; real parts name up to twenty.

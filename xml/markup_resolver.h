@@ -11,6 +11,8 @@
 
 namespace rubrica {
 
+inline constexpr std::string_view kCompatibilityUri = "http://schemas.openxmlformats.org/markup-compatibility/2006";
+
 class MarkupResolver {
  public:
   MarkupResolver(std::string_view text, const lmx::root_descriptor& root) : _text(text), _root(root) {}

@@ -9,8 +9,6 @@
 namespace rubrica {
 namespace {
 
-constexpr std::string_view kCompatibilityUri = "http://schemas.openxmlformats.org/markup-compatibility/2006";
-
 bool isNameChar(char c) {
   return c != ':' && lmx::is_name_char(static_cast<unsigned char>(c));
 }

@@ -10,7 +10,7 @@ namespace rubrica {
 namespace {
 
 constexpr std::uint32_t kColorBits = 0x00FFFFFF;
-constexpr char kName[] = "Palette";
+constexpr char kPaletteName[] = "Palette";
 
 constexpr std::uint32_t entryOf(int red, int green, int blue) {
   return static_cast<std::uint8_t>(red) | std::uint32_t{static_cast<std::uint8_t>(green)} << 8 |
@@ -73,9 +73,9 @@ void Palette::read(Xls& xls, std::uint16_t size) {
   const auto bytes = xls.view(size);
   RecordBody body(bytes);
   std::int16_t count = 0;
-  if (bytes.size() != size || !body.take(count)) throwSizeIsIncorrect(kName);
+  if (bytes.size() != size || !body.take(count)) throwSizeIsIncorrect(kPaletteName);
   const auto entries = static_cast<std::size_t>(std::max<std::int16_t>(count, 0));
-  if (body.left() != entries * sizeof(std::uint32_t)) throwSizeIsIncorrect(kName);
+  if (body.left() != entries * sizeof(std::uint32_t)) throwSizeIsIncorrect(kPaletteName);
   if (entries == 0) return;
   _entries.resize(entries);
   std::memcpy(_entries.data(), body.rest().data(), body.left());

@@ -64,6 +64,20 @@ struct Record {
   bool operator==(const Record&) const = default;
 };
 
+// A compound file whose workbook stream holds these records.
+inline Bytes fileOf(const std::vector<Record>& records) {
+  Xls xls;
+  platform::MemoryOutput output;
+  xls.reset(true);
+  xls.attach(output);
+  xls.start();
+  for (const Record& record : records) {
+    xls.writeRecord(record.recordId, record.bytes.data(), static_cast<std::uint16_t>(record.bytes.size()));
+  }
+  xls.close();
+  return output.release();
+}
+
 // The stream: filled through writer(), then read through reader(). An EOF record ends it unless it is to end at once.
 class RecordStream {
  public:

@@ -13,17 +13,17 @@ namespace {
 constexpr int kRows = 12, kCols = 10;
 constexpr int kLastRow = 65536, kLastCol = 256;  // no sequence gets there in the larger form
 
-struct Range {
+struct ModelRange {
   int r1, r2, c1, c2;
   bool isOneCell() const { return r1 == r2 && c1 == c2; }
-  bool operator==(const Range&) const = default;
+  bool operator==(const ModelRange&) const = default;
 };
 
 // A cell that is there but holds nothing is a blank.
 struct Grid {
   bool isXlsx = false;
   std::map<std::pair<int, int>, std::optional<int>> cells;
-  std::vector<Range> merges;
+  std::vector<ModelRange> merges;
 
   template <class Map>
   void mapCells(Map&& map) {
@@ -33,7 +33,7 @@ struct Grid {
     }
     cells = moved;
   }
-  void merge(const Range& range) {
+  void merge(const ModelRange& range) {
     merges.push_back(range);
     if (isXlsx) return;
     for (int r = range.r1; r <= range.r2; ++r) {
@@ -47,8 +47,8 @@ struct Grid {
       if (line >= first) line += count;
       return line < (rows ? kLastRow : kLastCol) ? std::optional(place) : std::nullopt;
     });
-    std::vector<Range> rest;
-    for (Range& range : merges) {
+    std::vector<ModelRange> rest;
+    for (ModelRange& range : merges) {
       int &low = rows ? range.r1 : range.c1, &high = rows ? range.r2 : range.c2;
       if (low >= first) {
         low += count;
@@ -56,14 +56,14 @@ struct Grid {
       } else if (high >= first && isXlsx) {
         high += count;
       } else if (high >= first) {
-        Range more = range;
+        ModelRange more = range;
         (rows ? more.r1 : more.c1) = last + 1;
         (rows ? more.r2 : more.c2) = high + count;
         high = first - 1;
         rest.push_back(more);
       }
     }
-    for (const Range& range : rest) merge(range);
+    for (const ModelRange& range : rest) merge(range);
   }
   void remove(bool rows, int first, int last) {
     const int count = last - first + 1;
@@ -73,15 +73,15 @@ struct Grid {
       if (line > last) line -= count;
       return std::optional(place);
     });
-    std::vector<Range> left;
-    for (const Range& range : merges) {
+    std::vector<ModelRange> left;
+    for (const ModelRange& range : merges) {
       // The lines that are left, found one by one.
       std::vector<int> lines;
       for (int line = rows ? range.r1 : range.c1; line <= (rows ? range.r2 : range.c2); ++line) {
         if (line < first || line > last) lines.push_back(line > last ? line - count : line);
       }
       if (lines.empty()) continue;
-      Range kept = range;
+      ModelRange kept = range;
       (rows ? kept.r1 : kept.c1) = lines.front();
       (rows ? kept.r2 : kept.c2) = lines.back();
       if (isXlsx && kept.isOneCell() && !range.isOneCell()) continue;
@@ -106,7 +106,7 @@ void expectSame(FormBook& book, const Grid& grid, unsigned seed, int step) {
   }
   ASSERT_EQ(book.sheet->mergeSize(), static_cast<int>(grid.merges.size())) << "seed " << seed << " step " << step;
   for (std::size_t i = 0; i < grid.merges.size(); ++i) {
-    Range range{};
+    ModelRange range{};
     ASSERT_TRUE(book.sheet->merge(static_cast<int>(i), &range.r1, &range.r2, &range.c1, &range.c2));
     ASSERT_EQ(range, grid.merges[i]) << "seed " << seed << " step " << step << " merge " << i;
   }

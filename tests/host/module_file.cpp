@@ -2,11 +2,10 @@
 
 #include <cstring>
 #include <elf.h>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "host/text.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::host::testing {
 namespace {
@@ -14,8 +13,7 @@ namespace {
 class Elf {
  public:
   explicit Elf(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    _bytes.assign(std::istreambuf_iterator<char>(in), {});
+    _bytes = rubrica::test::readText(path);
     if (_bytes.size() < sizeof(Elf64_Ehdr)) throw std::runtime_error("no module file at " + path);
   }
 

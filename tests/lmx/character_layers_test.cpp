@@ -11,7 +11,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-struct outcome {
+struct layers_outcome {
   std::string text;  // of the root element, as it stands
   bool read = false;
   elmx_error code = ELMX_OK;
@@ -19,9 +19,9 @@ struct outcome {
   int line = 0;
 };
 
-outcome read_root(std::string_view document, white_space mode = white_space::keep) {
+layers_outcome read_root(std::string_view document, white_space mode = white_space::keep) {
   c_xml_reader_memory reader(document.data(), document.size());
-  outcome result;
+  layers_outcome result;
   std::string_view text;
   if (reader.get_element_event() == TOKEN_NAME && reader.get_attribute_event() == TOKEN_START_TAG_END) {
     result.read = reader.get_simple_type_value(text, mode) && reader.get_element_event() == TOKEN_ELEMENT_END;
@@ -56,7 +56,7 @@ TEST(Encoding, Utf16InBothByteOrdersWithAndWithoutAMark) {
     for (const bool mark : {false, true}) {
       const std::string document =
           utf16(u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><a>\u00E4\u20AC\U0001F600</a>", big, mark);
-      const outcome result = read_root(document);
+      const layers_outcome result = read_root(document);
       EXPECT_TRUE(result.read) << big << mark;
       EXPECT_EQ(result.text, "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80");
     }
@@ -66,7 +66,7 @@ TEST(Encoding, Utf16InBothByteOrdersWithAndWithoutAMark) {
 TEST(Encoding, Utf8DeclaredInAUtf16FileIsAMismatch) {
   for (const bool big : {false, true}) {
     for (const std::u16string_view name : {u"UTF-8", u"ISO-8859-1", u"us-ascii"}) {
-      const outcome result =
+      const layers_outcome result =
           read_root(utf16(u"<?xml version='1.0' encoding='" + std::u16string(name) + u"'?><a>x</a>", big, true));
       EXPECT_FALSE(result.read);
       EXPECT_EQ(result.code, ELMX_ENCODING_MISMATCH);
@@ -82,14 +82,14 @@ TEST(Encoding, Utf16DeclaredInAnEightBitFileIsAMismatch) {
 }
 
 TEST(Encoding, AnUnknownNameIsNotSupported) {
-  const outcome result = read_root("<?xml version='1.0' encoding='KOI8-R'?><a>x</a>");
+  const layers_outcome result = read_root("<?xml version='1.0' encoding='KOI8-R'?><a>x</a>");
   EXPECT_EQ(result.code, ELMX_ENCODING_NOT_SUPPORTED);
   EXPECT_EQ(result.message, "Unknown character encoding specified");
 }
 
 TEST(Encoding, Ucs2TakesUnitsOneByOne) {
   for (const bool big : {false, true}) {
-    const outcome pair =
+    const layers_outcome pair =
         read_root(utf16(u"<?xml version='1.0' encoding='ISO-10646-UCS-2'?><a>\u00E4\U0001F600</a>", big, false));
     EXPECT_TRUE(pair.read);
     EXPECT_EQ(pair.text, "\xC3\xA4\xED\xA0\xBD\xED\xB8\x80");
@@ -106,7 +106,7 @@ TEST(Encoding, EightBitNamesAreLatin1WithoutACodePage) {
 TEST(Encoding, BytesThatFitNoEncodingAreRefused) {
   for (const std::string& start : {"x<a/>"s, "\xFF\xFE<x"s, "\xFF\xFE\x00\x3C"s, "\xFF<"s, "\xFE\xFF<\0"s,
                                    "\xFE\xFF\0\xC3"s, "\xEF\xBB<"s, "\xEF<"s, "\0x"s, "\0\0"s, "\x80"s}) {
-    const outcome result = read_root(start);
+    const layers_outcome result = read_root(start);
     EXPECT_EQ(result.code, ELMX_ENCODING_NOT_SUPPORTED) << start;
     EXPECT_EQ(result.message, "Unrecognised character encoding");
   }
@@ -133,7 +133,7 @@ TEST(Encoding, MalformedUtf8IsRefused) {
                                  "\xFC\x84\x80\x80\x80\x80"s,
                                  "\xFE"s,
                                  "\xFF"s}) {
-    const outcome result = read_root("<a>" + bad + "</a>");
+    const layers_outcome result = read_root("<a>" + bad + "</a>");
     EXPECT_FALSE(result.read);
     EXPECT_EQ(result.code, ELMX_ENCODING_NOT_SUPPORTED);
   }

@@ -1,11 +1,11 @@
 #include <filesystem>
-#include <fstream>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "lmx/c_xml_writer.h"
 #include "tests/lmx/sample_module.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica::lmx {
 namespace {
@@ -158,9 +158,7 @@ TEST(Marshal, ToAFile) {
   c_CT_Root root;
   fill_full(root);
   EXPECT_EQ(marshal_root_file(root, kRoot, path.c_str()), 0);
-  std::ifstream file(path, std::ios::binary);
-  const std::string written{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  EXPECT_EQ(written, write(root));
+  EXPECT_EQ(test::readText(path), write(root));
   const c_CT_Root broken;
   c_error_record record;
   EXPECT_EQ(marshal_root_file(broken, kRoot, path.c_str(), &record), ELMX_OCCURS_ON_MARSHAL);

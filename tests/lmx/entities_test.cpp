@@ -6,18 +6,18 @@
 namespace rubrica::lmx {
 namespace {
 
-struct outcome {
+struct value_outcome {
   bool read = false;
   std::string text;
   elmx_error code = ELMX_OK;
   std::string message;
 };
 
-outcome finish(c_xml_reader& reader, bool read, std::string_view text) {
+value_outcome finish(c_xml_reader& reader, bool read, std::string_view text) {
   return {read, std::string(text), reader.errors().last_code(), reader.errors().last_text()};
 }
 
-outcome text_of(const std::string& document) {
+value_outcome text_of(const std::string& document) {
   c_xml_reader_memory reader(document.data(), document.size());
   std::string_view text;
   bool read = reader.get_element_event() == TOKEN_NAME && reader.get_attribute_event() == TOKEN_START_TAG_END;
@@ -25,7 +25,7 @@ outcome text_of(const std::string& document) {
   return finish(reader, read, text);
 }
 
-outcome attribute_of(const std::string& document) {
+value_outcome attribute_of(const std::string& document) {
   c_xml_reader_memory reader(document.data(), document.size());
   std::string_view text;
   bool read = reader.get_element_event() == TOKEN_NAME && reader.get_attribute_event() == TOKEN_NAME;
@@ -65,10 +65,10 @@ TEST(Entities, CharacterReferencesEndAt100000) {
 }
 
 TEST(Entities, AnUnknownNameFailsTheReadAndStaysInTheText) {
-  const outcome text = text_of("<a>x&foo;y</a>");
+  const value_outcome text = text_of("<a>x&foo;y</a>");
   EXPECT_FALSE(text.read);
   EXPECT_EQ(text.text, "x&foo;");
-  const outcome attribute = attribute_of("<a x='&foo;'/>");
+  const value_outcome attribute = attribute_of("<a x='&foo;'/>");
   EXPECT_FALSE(attribute.read);
   EXPECT_EQ(attribute.text, "&foo;");
   EXPECT_FALSE(text_of("<a>&amp</a>").read);
@@ -106,25 +106,25 @@ TEST(Entities, ParameterEntitiesInSubsetAndValues) {
 
 TEST(Entities, AnUnknownParameterEntityIsNotFound) {
   for (const std::string subset : {"%p;", "<!ENTITY e '%p;'>"}) {
-    const outcome result = text_of(with_subset(subset, "<a/>"));
+    const value_outcome result = text_of(with_subset(subset, "<a/>"));
     EXPECT_EQ(result.code, ELMX_ENTITY_NOT_FOUND);
     EXPECT_EQ(result.message, "Entity '%p' not found");
   }
 }
 
 TEST(Entities, RecursionInTextStops) {
-  const outcome direct = text_of(with_subset("<!ENTITY e 'x&e;'>", "<a>&e;</a>"));
+  const value_outcome direct = text_of(with_subset("<!ENTITY e 'x&e;'>", "<a>&e;</a>"));
   EXPECT_FALSE(direct.read);
   EXPECT_EQ(direct.code, ELMX_BAD_DTD);
   EXPECT_EQ(direct.message, "Recursive entity definition for: e");
-  const outcome indirect = text_of(with_subset("<!ENTITY e '&f;'><!ENTITY f '&e;'>", "<a>&e;</a>"));
+  const value_outcome indirect = text_of(with_subset("<!ENTITY e '&f;'><!ENTITY f '&e;'>", "<a>&e;</a>"));
   EXPECT_EQ(indirect.code, ELMX_BAD_DTD);
-  const outcome parameter = text_of(with_subset("<!ENTITY % p '&#37;p;'>%p;", "<a/>"));
+  const value_outcome parameter = text_of(with_subset("<!ENTITY % p '&#37;p;'>%p;", "<a/>"));
   EXPECT_EQ(parameter.message, "Recursive entity definition for: p");
 }
 
 TEST(Entities, RecursionInAttributesStops) {
-  const outcome result = attribute_of(with_subset("<!ENTITY e 'x&e;'>", "<a x='&e;'/>"));
+  const value_outcome result = attribute_of(with_subset("<!ENTITY e 'x&e;'>", "<a x='&e;'/>"));
   EXPECT_FALSE(result.read);
   EXPECT_EQ(result.code, ELMX_RECURSIVE_ENTITY);
 }
@@ -142,7 +142,7 @@ TEST(Entities, DepthIsBounded) {
   EXPECT_TRUE(text_of(with_subset(chain(kMaxEntityDepth), "<a>" + last + "</a>")).read);
   EXPECT_TRUE(attribute_of(with_subset(chain(kMaxEntityDepth), "<a x='" + last + "'/>")).read);
   const std::string deeper = "&e" + std::to_string(kMaxEntityDepth) + ";";
-  const outcome text = text_of(with_subset(chain(kMaxEntityDepth + 1), "<a>" + deeper + "</a>"));
+  const value_outcome text = text_of(with_subset(chain(kMaxEntityDepth + 1), "<a>" + deeper + "</a>"));
   EXPECT_EQ(text.code, ELMX_RECURSIVE_ENTITY);
   EXPECT_EQ(attribute_of(with_subset(chain(kMaxEntityDepth + 1), "<a x='" + deeper + "'/>")).code,
             ELMX_RECURSIVE_ENTITY);
@@ -159,7 +159,7 @@ std::string doubling(char sigil, int count) {
 }
 
 TEST(Entities, TotalExpansionIsBounded) {
-  const outcome text = text_of(with_subset(doubling('&', 30), "<a>&e29;</a>"));
+  const value_outcome text = text_of(with_subset(doubling('&', 30), "<a>&e29;</a>"));
   EXPECT_FALSE(text.read);
   EXPECT_EQ(text.code, ELMX_XML_BADLY_FORMED);
   EXPECT_EQ(attribute_of(with_subset(doubling('&', 30), "<a x='&e29;'/>")).code, ELMX_XML_BADLY_FORMED);

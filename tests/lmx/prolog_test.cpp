@@ -5,7 +5,7 @@
 namespace rubrica::lmx {
 namespace {
 
-struct outcome {
+struct prolog_outcome {
   int token = 0;
   std::string name;
   elmx_error code = ELMX_OK;
@@ -15,9 +15,9 @@ struct outcome {
   int warnings = 0;
 };
 
-outcome first_event(const std::string& document) {
+prolog_outcome first_event(const std::string& document) {
   c_xml_reader_memory reader(document.data(), document.size());
-  outcome result;
+  prolog_outcome result;
   result.token = reader.get_element_event();
   if (result.token == TOKEN_NAME) result.name = reader.name();
   result.code = reader.errors().last_code();
@@ -29,7 +29,7 @@ outcome first_event(const std::string& document) {
 }
 
 void expect_fatal(const std::string& document, elmx_error code, const std::string& message) {
-  const outcome result = first_event(document);
+  const prolog_outcome result = first_event(document);
   EXPECT_TRUE(result.token == TOKEN_FAILURE) << document;
   EXPECT_EQ(result.code, code) << document;
   EXPECT_EQ(result.message, message) << document;
@@ -37,7 +37,7 @@ void expect_fatal(const std::string& document, elmx_error code, const std::strin
 }
 
 void expect_read(const std::string& document, int errors = 0, int warnings = 0) {
-  const outcome result = first_event(document);
+  const prolog_outcome result = first_event(document);
   EXPECT_EQ(result.token, TOKEN_NAME) << document << result.message;
   EXPECT_EQ(result.name, "a") << document;
   EXPECT_EQ(result.errors, errors) << document;
@@ -65,7 +65,7 @@ TEST(Prolog, ADeclarationWithoutVersionIsAnErrorThatReadingSurvives) {
 
 TEST(Prolog, AnotherVersionIsAnErrorThatReadingSurvives) {
   expect_read("<?xml version='2.0'?><a/>", 1);
-  const outcome result = first_event("<?xml version='2.0'?><a/>");
+  const prolog_outcome result = first_event("<?xml version='2.0'?><a/>");
   EXPECT_EQ(result.code, ELMX_BAD_XML_VERSION);
   EXPECT_EQ(result.message, "XML version 2.0 not understood");
 }

@@ -58,11 +58,6 @@ std::string withoutSpaceAttribute(std::string text) {
   return text;
 }
 
-std::string readFile(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void expectValid(const std::string& text, const std::string& schema) {
   // Tests of one program run side by side.
   const test::TemporaryDirectory directory;
@@ -70,7 +65,7 @@ void expectValid(const std::string& text, const std::string& schema) {
   std::ofstream(document, std::ios::binary) << text;
   const std::string command = "xmllint --nonet --noout --schema '" + (schemas() / schema).string() + "' '" +
                               document.string() + "' >'" + report.string() + "' 2>&1";
-  EXPECT_EQ(std::system(command.c_str()), 0) << readFile(report).substr(0, 2000);
+  EXPECT_EQ(std::system(command.c_str()), 0) << test::readText(report).substr(0, 2000);
 }
 
 const ooxml_tests::module_entry& moduleNamed(const std::string& name) {

@@ -3,9 +3,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdlib.h>
 #include <string>
+#include <utility>
 
 namespace rubrica::test {
 
@@ -36,9 +37,12 @@ inline void writeText(const std::filesystem::path& path, const std::string& text
   std::ofstream(path, std::ios::binary) << text;
 }
 
+// The whole file, whatever its bytes are; empty for one that isn't there.
 inline std::string readText(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream text;
+  text << file.rdbuf();
+  return std::move(text).str();
 }
 
 }  // namespace rubrica::test

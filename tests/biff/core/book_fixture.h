@@ -69,20 +69,6 @@ inline std::vector<Record> savedRecords(Book& book) {
   return recordsOf(savedBytes(book));
 }
 
-// A compound file whose workbook stream holds these records, with the sheet positions of its BoundSheet8 records set.
-inline Bytes fileOf(const std::vector<Record>& records) {
-  Xls xls;
-  platform::MemoryOutput output;
-  xls.reset(true);
-  xls.attach(output);
-  xls.start();
-  for (const Record& record : records) {
-    xls.writeRecord(record.recordId, record.bytes.data(), static_cast<std::uint16_t>(record.bytes.size()));
-  }
-  xls.close();
-  return output.release();
-}
-
 inline Bytes bof(std::uint16_t type, std::uint16_t version = kBiff8Version) {
   return BytesBuilder().u16(version).u16(type).u16(0x209A).u16(0x07CD).u32(0).u32(0x306);
 }

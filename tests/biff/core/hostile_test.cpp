@@ -1,10 +1,9 @@
 // Files of any bytes: a load ends in success or in a message, and what did load can be read and saved.
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tests/biff/core/book_fixture.h"
+#include "tests/support/temporary_directory.h"
 
 namespace rubrica {
 namespace {
@@ -151,8 +150,7 @@ TEST(HostileFiles, TheMalformedFilesAtHand) {
   if (!std::filesystem::is_directory(folder)) GTEST_SKIP() << "no corpus of malformed files at " << folder;
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::vector<char> content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string content = test::readText(entry.path());
     const auto* bytes = reinterpret_cast<const std::byte*>(content.data());
     expectLoadOrMessage({bytes, bytes + content.size()});
     ++count;

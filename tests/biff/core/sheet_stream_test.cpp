@@ -26,7 +26,7 @@ std::vector<Record> resaved(const std::vector<Record>& sheetRecords) {
   return substream(savedRecords(*loaded(fileAround(sheetRecords))), 1);
 }
 
-std::string loadMessage(const std::vector<Record>& sheetRecords) {
+std::string sheetLoadMessage(const std::vector<Record>& sheetRecords) {
   auto book = newBook();
   return loadBytes(*book, fileAround(sheetRecords)) ? "ok" : book->errorMessage();
 }
@@ -118,9 +118,9 @@ TEST(SheetStreams, RecordsOfAWrongSizeFailWithTheirName) {
                {19, 3, "Password"},
                {229, 1, "MergeCells"}};
   for (const auto& [recordId, size, name] : wrong) {
-    EXPECT_EQ(loadMessage({{recordId, BytesBuilder().fill(size, 0)}}), std::string(name) + " size is incorrect");
+    EXPECT_EQ(sheetLoadMessage({{recordId, BytesBuilder().fill(size, 0)}}), std::string(name) + " size is incorrect");
   }
-  EXPECT_EQ(loadMessage({{161, BytesBuilder().fill(33, 0)}}), "error in PageSetup");
+  EXPECT_EQ(sheetLoadMessage({{161, BytesBuilder().fill(33, 0)}}), "error in PageSetup");
 }
 
 TEST(SheetStreams, NumbersMayCarryExtraWords) {
@@ -131,7 +131,7 @@ TEST(SheetStreams, NumbersMayCarryExtraWords) {
 }
 
 TEST(SheetStreams, ACellPastTheLastColumnFailsTheLoad) {
-  EXPECT_EQ(loadMessage({{id::kBlank, BytesBuilder().u16(0).u16(256).u16(15)}}),
+  EXPECT_EQ(sheetLoadMessage({{id::kBlank, BytesBuilder().u16(0).u16(256).u16(15)}}),
             "SheetIndex: col can't be more than 255");
 }
 
@@ -200,7 +200,7 @@ TEST(SheetStreams, MergedRangesWidenTheUsedRange) {
   const auto records = resaved({merge});
   EXPECT_EQ(*findRecord(records, id::kMergeCells), merge);
   EXPECT_EQ(findRecord(records, 512)->bytes, Bytes(BytesBuilder().u32(3).u32(6).u16(2).u16(9).u16(0)));
-  EXPECT_EQ(loadMessage({{id::kMergeCells, BytesBuilder().u16(2).u16(3).u16(5).u16(2).u16(8)}}),
+  EXPECT_EQ(sheetLoadMessage({{id::kMergeCells, BytesBuilder().u16(2).u16(3).u16(5).u16(2).u16(8)}}),
             "MergeCells size is incorrect");
 }
 

@@ -4,7 +4,6 @@
 namespace rubrica::test {
 namespace {
 
-constexpr std::uint8_t kWide = text_flags::kHighByte, kExt = text_flags::kExtSt, kRich = text_flags::kRichSt;
 // What the first record has for strings, behind the counts.
 constexpr std::size_t kFirstRoom = 8216;
 

@@ -10,6 +10,8 @@
 
 namespace rubrica::test {
 
+inline constexpr std::uint8_t kWide = text_flags::kHighByte, kExt = text_flags::kExtSt, kRich = text_flags::kRichSt;
+
 struct SstBook {
   RecordPool pool;
   StrMap strings{pool};

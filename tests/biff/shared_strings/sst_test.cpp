@@ -5,8 +5,6 @@
 namespace rubrica::test {
 namespace {
 
-constexpr std::uint8_t kWide = text_flags::kHighByte, kExt = text_flags::kExtSt, kRich = text_flags::kRichSt;
-
 TEST(SstRecords, ANewBookWritesEmptyCounts) {
   SstBook book;
   EXPECT_EQ(book.written(), (std::vector<Record>{{252, BytesBuilder().u32(0).u32(0)}}));

@@ -13,21 +13,6 @@
 
 namespace rubrica::test {
 
-// A file made of records as they stand.
-inline std::vector<std::byte> fileOf(const std::vector<Record>& records) {
-  platform::MemoryOutput output;
-  Xls xls;
-  xls.reset(true);
-  xls.attach(output);
-  xls.start();
-  for (const Record& record : records) {
-    xls.writeRecord(record.recordId, record.bytes.data(), static_cast<std::uint16_t>(record.bytes.size()));
-  }
-  xls.close();
-  const auto bytes = output.bytes();
-  return {bytes.begin(), bytes.end()};
-}
-
 struct TestBook {
   std::unique_ptr<BookImplT> book = std::make_unique<BookImplT>();
   Sheet* sheet = nullptr;

@@ -12,8 +12,8 @@ class Drawings : public testing::Test {
  protected:
   Root root;
 };
-using Roots = testing::Types<drawing::c_wsDr, strictdrawing::c_wsDr>;
-TYPED_TEST_SUITE(Drawings, Roots);
+using DrawingRoots = testing::Types<drawing::c_wsDr, strictdrawing::c_wsDr>;
+TYPED_TEST_SUITE(Drawings, DrawingRoots);
 
 PlacedPicture picture() {
   PlacedPicture placed;

@@ -32,8 +32,8 @@ class Tables : public testing::Test {
     return text;
   }
 };
-using Roots = testing::Types<table::c_table, strict::c_table>;
-TYPED_TEST_SUITE(Tables, Roots);
+using TableRoots = testing::Types<table::c_table, strict::c_table>;
+TYPED_TEST_SUITE(Tables, TableRoots);
 
 constexpr auto kRows = LineMove::Axis::rows, kCols = LineMove::Axis::columns;
 constexpr auto kInsert = LineMove::Kind::insert, kRemove = LineMove::Kind::remove;
