@@ -2,18 +2,12 @@
 // tried on.
 #pragma once
 
-#include <memory>
 #include <ostream>
 #include <string>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 
 namespace rubrica::test {
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 struct BookForm {
   const char* name;
@@ -23,7 +17,9 @@ struct BookForm {
 };
 
 // The name under which the test framework shows a form.
-inline void PrintTo(const BookForm& form, std::ostream* out) { *out << form.name; }
+inline void PrintTo(const BookForm& form, std::ostream* out) {
+  *out << form.name;
+}
 
 inline constexpr BookForm kBookForms[] = {{"xls", &createBiffBook, u".xls", 65536, 256},
                                           {"xlsx", &createXmlBook, u".xlsx", 1048576, 16384}};
