@@ -1,11 +1,10 @@
 // Formula cells of an .xls sheet beside number cells: writing 100,000 of each through the interface and saving them,
 // and writing alone. The ratio of the two is what to look at; absolute times drift with the machine.
-#include <memory>
 #include <string>
 
 #include <benchmark/benchmark.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "engine/sheet.h"
 
 namespace {
@@ -13,15 +12,11 @@ namespace {
 using namespace rubrica;
 constexpr int kRows = 6250, kCols = 16;
 
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-
 template <class WriteCell>
 void fill(benchmark::State& state, WriteCell&& writeCell) {
   const bool save = state.range(0) != 0;
   for (auto _ : state) {
-    std::unique_ptr<Book, ReleaseBook> book(createBiffBook());
+    const BookPtr book(createBiffBook());
     ISheetT<char16_t>& sheet = *book->addSheet(u"Sheet1", nullptr);
     for (int row = 0; row < kRows; ++row) {
       for (int col = 0; col < kCols; ++col) writeCell(sheet, row, col);

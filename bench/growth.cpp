@@ -3,22 +3,16 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <sys/resource.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 
 namespace {
 
 using namespace rubrica;
-
-struct Release {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, Release>;
 
 std::u16string numbered(const char16_t* before, int number) {
   std::u16string text = before;

@@ -4,13 +4,12 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "simhost/component_host.h"
 #include "simhost/list.h"
 
@@ -144,11 +143,6 @@ void componentReads(benchmark::State& state) {
 }
 
 // ---- The engine alone
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 std::vector<std::u16string> theTexts() {
   std::vector<std::u16string> texts;

@@ -1,10 +1,9 @@
 // Inserting and removing rows and columns, heights of every row, and fitting a column, beside a load of the same sheet.
-#include <memory>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
-#include "engine/book.h"
+#include "bench/number_sheet.h"
 
 namespace {
 
@@ -12,18 +11,8 @@ using namespace rubrica;
 
 constexpr int kCols = 16;
 
-struct Release {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, Release>;
-
 BookPtr filled(int rows) {
-  BookPtr book(createBiffBook());
-  Sheet* sheet = book->addSheet(u"Numbers");
-  for (int row = 0; row < rows; ++row) {
-    for (int col = 0; col < kCols; ++col) sheet->writeNum(row, col, row * 0.1 + col);
-  }
-  return book;
+  return bench::numberSheet(&createBiffBook, rows, kCols);
 }
 
 void insertAndRemoveRow(benchmark::State& state) {

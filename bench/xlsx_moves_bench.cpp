@@ -1,9 +1,8 @@
 // Inserting a row in the middle of a large .xlsx sheet, and appending to it, beside a load of the same sheet.
-#include <memory>
 
 #include <benchmark/benchmark.h>
 
-#include "engine/book.h"
+#include "bench/number_sheet.h"
 
 namespace {
 
@@ -11,18 +10,8 @@ using namespace rubrica;
 
 constexpr int kCols = 10;
 
-struct Release {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, Release>;
-
 BookPtr filled(int rows) {
-  BookPtr book(createXmlBook());
-  Sheet* sheet = book->addSheet(u"Numbers");
-  for (int row = 0; row < rows; ++row) {
-    for (int col = 0; col < kCols; ++col) sheet->writeNum(row, col, (row * kCols + col) * 1.1 + 0.5);
-  }
-  return book;
+  return bench::numberSheet(&createXmlBook, rows, kCols);
 }
 
 void insertRowInTheMiddle(benchmark::State& state) {

@@ -69,7 +69,7 @@ list(JOIN find_lines "\n" RUBRICA_FIND_LINES)
 list(JOIN pc_modules " " RUBRICA_PC_MODULES)
 list(JOIN deb_packages ", " RUBRICA_DEB_PACKAGES)
 
-set(public_headers address auto_filter book date_serial enums export font format sheet xlerror)
+set(public_headers address auto_filter book book_ptr date_serial enums export font format sheet xlerror)
 list(TRANSFORM public_headers PREPEND "${PROJECT_SOURCE_DIR}/engine/")
 list(TRANSFORM public_headers APPEND ".h")
 

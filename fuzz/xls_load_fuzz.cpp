@@ -3,18 +3,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 
 namespace {
 
 using namespace rubrica;
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 void visitSheet(Sheet& sheet) {
   const int lastRow = std::min(sheet.lastRow(), sheet.firstRow() + 64), lastCol = std::min(sheet.lastCol(), 256);

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "platform/output_stream.h"
 #include "xml/part.h"
 #include "xml/zip_writer.h"
@@ -20,11 +20,6 @@ namespace {
 using namespace rubrica;
 
 constexpr std::string_view kEntrySign = "@@ ";
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 std::string archiveOf(std::string_view entries) {
   std::vector<std::unique_ptr<BinaryFile>> parts;

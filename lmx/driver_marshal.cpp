@@ -1,5 +1,7 @@
 // How an object becomes an element: its members in the order of the rows, what is not set passed over.
+#include <algorithm>
 #include <memory>
+#include <string>
 
 #include "lmx/c_xml_writer.h"
 #include "lmx/driver.h"
@@ -60,6 +62,33 @@ bool may_be_empty(const particle& row) {
 }
 
 namespace {
+
+// Makes room for the text of a long list by what its first children took, so that a text of many megabytes isn't copied
+// at each doubling. It looks ahead to eight times what stands, no further, so that the room asked for stays in
+// proportion to the text whatever the first children are like.
+class room_for_children {
+ public:
+  room_for_children(std::string& text, std::size_t count) : _text(text), _count(count), _before(text.size()) {}
+
+  void count_one() {
+    if (++_written != _next || _text.size() <= _before) return;  // a writer to a stream takes its text away
+    _next *= kAhead;
+    const std::size_t ahead = std::min(_next, _count) - _written;
+    constexpr std::size_t kSpare = 8;  // later children are longer by an eighth at most, in most lists
+    const std::size_t each = (_text.size() - _before) / _written + 1;
+    const std::size_t wanted = _text.size() + each * ahead + each * ahead / kSpare;
+    if (wanted > _text.capacity()) _text.reserve(wanted);
+  }
+
+ private:
+  static constexpr std::size_t kAhead = 8;
+
+  std::string& _text;
+  std::size_t _count;
+  std::size_t _before;
+  std::size_t _written = 0;
+  std::size_t _next = 64;  // shorter lists are not worth it
+};
 
 class c_marshal_helper {
  public:
@@ -175,8 +204,10 @@ elmx_error c_marshal_helper::write_list(const particle& row) {
   if (!children.empty() || !may_be_empty(row)) {
     if (const elmx_error code = check_count(row, children.size()); code != ELMX_OK) return code;
   }
+  room_for_children room(_writer.raw(), children.size());
   for (const owned& child : children) {
     if (const elmx_error code = write_child(row, child); code != ELMX_OK) return code;
+    room.count_one();
   }
   return ELMX_OK;
 }

@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
-"""Measures a release build beside other programs, and how its cost grows; writes docs/performance.md and its chart.
+"""Measures a release build beside other programs, and how its cost grows; writes docs/performance.md and its charts.
 
 usage: measure_performance.py BUILD [--peers DIR] [--runs N] [--out FILE]
-BUILD has tools/rubrica-bench and bench/growth. DIR is where the drivers of other programs were built (bin/, in/ and
+BUILD has tools/rubrica-bench, bench/growth and bench/floor. DIR is where the drivers of other programs were built (bin/, in/ and
 npm/ beneath it) and PEER_SCRIPTS the folder of their scripts; programs that are missing are left out and named.
-Every figure is the median wall time of whole processes, ours and theirs in turn, so that the machine's mood falls on all.
+Every figure is a median over whole processes, ours and theirs in turn, so that the machine's mood falls on all: wall time
+and processor time, the peak of memory, the size of what was written. In the same turns bench/floor measures what nobody
+can do without (inflate, one memchr pass, printing the numbers, deflate) on the bytes of the same workbook.
 """
 import argparse
 import glob
+import math
 import os
 import pathlib
 import platform
@@ -20,21 +23,25 @@ import time
 WORKLOADS = {"xlsx": ["N", "S", "M", "R", "B"], "xls": ["N", "S", "M"]}
 # The largest ratio to the best peer that we want to have, by job and form.
 GOALS = {("write", "xlsx"): 0.40, ("read", "xlsx"): 0.50, ("write", "xls"): 0.12, ("read", "xls"): 1.0}
+# What a job can't do without, by the names that bench/floor prints.
+FLOOR_PARTS = {("write", "xlsx"): ("print", "deflate"), ("read", "xlsx"): ("inflate", "scan"),
+               ("write", "xls"): ("copy",), ("read", "xls"): ("touch",)}
 GROWTH = {"rows": 2000, "sheets": 64, "strings": 8000, "styles": 1000, "merges": 2000, "names": 1000, "parts": 64,
           "formula-length": 8}
 GROWTH_STEPS = 6
 GROWTH_LIMIT_TIME, GROWTH_LIMIT_MEMORY = 2.3, 2.1
+SHORTEST_GROWTH = 0.002  # seconds
 
 
 def run(command):
-    """(seconds, peak megabytes) of one process; None when it fails."""
+    """(seconds, processor seconds, peak megabytes) of one process; None when it fails."""
     start = time.perf_counter()
     process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     _, status, usage = os.wait4(process.pid, 0)
     process.returncode = os.waitstatus_to_exitcode(status)
     if process.returncode != 0:
         return None
-    return time.perf_counter() - start, usage.ru_maxrss / 1024
+    return time.perf_counter() - start, usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
 
 
 class Job:
@@ -42,7 +49,7 @@ class Job:
 
     def __init__(self, label, command, result=None):
         self.label, self.command, self.result = label, [str(word) for word in command], result
-        self.seconds, self.peak, self.size, self.failed = [], 0, None, False
+        self.seconds, self.processor, self.peak, self.size, self.failed = [], [], 0, None, False
 
     def measure(self):
         if self.failed:
@@ -52,13 +59,39 @@ class Job:
             self.failed = True
             return
         self.seconds.append(measured[0])
-        self.peak = max(self.peak, measured[1])
+        self.processor.append(measured[1])
+        self.peak = max(self.peak, measured[2])
         if self.result is not None and pathlib.Path(self.result).exists():
             self.size = pathlib.Path(self.result).stat().st_size
 
     @property
     def median(self):
         return statistics.median(self.seconds) if self.seconds and not self.failed else None
+
+    @property
+    def cpu(self):
+        return statistics.median(self.processor) if self.processor and not self.failed else None
+
+
+class Floor:
+    """What nobody can do without on one workbook: the parts of the floor by name, in seconds."""
+
+    def __init__(self, program, path):
+        self.command, self.rounds = [str(program), str(path)], []
+
+    def measure(self):
+        done = subprocess.run(self.command, capture_output=True, text=True)
+        if done.returncode == 0:
+            self.rounds.append({key: float(value) for key, value in (word.split("=") for word in done.stdout.split())})
+
+    def part(self, name):
+        values = [one[name] for one in self.rounds if name in one]
+        return statistics.median(values) if values else None
+
+    def of(self, job, form):
+        """The seconds that a job takes at least; None when they were not measured."""
+        parts = [self.part(name) for name in FLOOR_PARTS[(job, form)]]
+        return sum(parts) if None not in parts else None
 
 
 class Peers:
@@ -86,22 +119,23 @@ class Peers:
 
 
 def side_by_side(build, peers, runs, work, say):
-    """{(job, form, workload): [jobs, ours first]}"""
-    bench, measured = build / "tools/rubrica-bench", {}
+    """{(job, form, workload): [jobs, ours first]} and {(form, workload): floor}"""
+    bench, measured, floors = build / "tools/rubrica-bench", {}, {}
     for form, workloads in WORKLOADS.items():
         for workload in workloads:
             ours, theirs = work / f"{workload}.{form}", work / f"peer.{form}"
             if run([str(bench), "write", form, workload, str(ours)]) is None:
                 continue
+            floors[(form, workload)] = floor = Floor(build / "bench/floor", ours)
             for job in ("write", "read"):
                 command = [bench, "write", form, workload, ours] if job == "write" else [bench, "read", ours]
                 jobs = [Job("ours", command, ours), *peers.jobs(job, form, workload, ours, theirs)]
                 for _ in range(runs if workload != "B" else min(runs, 3)):
-                    for one in jobs:
+                    for one in [*jobs, floor]:
                         one.measure()
                 measured[(job, form, workload)] = jobs
                 say(f"{job} {form} {workload}: " + ", ".join(f"{j.label} {j.median:.3f}" for j in jobs if j.median is not None))
-    return measured
+    return measured, floors
 
 
 def growth(build, runs, say):
@@ -130,7 +164,11 @@ def number(value, form):
     return "" if value is None else format(value, form)
 
 
-def side_by_side_lines(measured):
+def ratio_text(ours, theirs):
+    return number(ours / theirs if ours and theirs else None, ".2f")
+
+
+def side_by_side_lines(measured, floors):
     for (job, form), goal in GOALS.items():
         rows = [(workload, jobs) for (j, f, workload), jobs in measured.items() if (j, f) == (job, form)]
         if not rows:
@@ -139,32 +177,55 @@ def side_by_side_lines(measured):
         yield ""
         yield f"Goal: at most {goal:.2f} of the best other program."
         yield ""
-        yield "| workload | program | seconds | ours / this | peak MB | file MB |"
-        yield "|---|---|---|---|---|---|"
+        yield "| workload | program | seconds | ours / this | processor seconds | ours / this | peak MB | file MB |"
+        yield "|---|---|---|---|---|---|---|---|"
         for workload, jobs in rows:
+            ours = jobs[0]
             for one in jobs:
                 if one.median is None:
-                    yield f"| {workload} | {one.label} | not on this machine | | | |"
+                    yield f"| {workload} | {one.label} | not on this machine | | | | | |"
                     continue
-                ratio = jobs[0].median / one.median if one is not jobs[0] and jobs[0].median else None
+                wall, cpu = ("", "") if one is ours else (ratio_text(ours.median, one.median), ratio_text(ours.cpu, one.cpu))
                 size = one.size / 1e6 if one.size and job == "write" else None
-                yield f"| {workload} | {one.label} | {one.median:.3f} | {number(ratio, '.2f')} | {one.peak:.0f} | {number(size, '.1f')} |"
+                yield (f"| {workload} | {one.label} | {one.median:.3f} | {wall} | {one.cpu:.3f} | {cpu} | {one.peak:.0f} "
+                       f"| {number(size, '.1f')} |")
+            least = floors[(form, workload)].of(job, form)
+            yield f"| {workload} | the floor | {number(least, '.3f')} | {ratio_text(ours.median, least)} | | | | |"
         yield ""
 
 
-def growth_lines(table):
-    yield "| form | dimension | from | to | seconds | per doubling: time, worst | memory, worst |"
+def floor_lines(floors):
+    yield "| workload | text MB | numbers | inflate | memchr | print numbers | deflate |"
     yield "|---|---|---|---|---|---|---|"
+    for (form, workload), floor in floors.items():
+        if form == "xlsx" and floor.part("textBytes") is not None:
+            seconds = " | ".join(f"{floor.part(name):.4f}" for name in ("inflate", "scan", "print", "deflate"))
+            yield f"| .xlsx {workload} | {floor.part('textBytes') / 1e6:.1f} | {floor.part('numbers'):.0f} | {seconds} |"
+    yield ""
+    yield "| workload | look at every byte | copy |"
+    yield "|---|---|---|"
+    for (form, workload), floor in floors.items():
+        if form == "xls" and floor.part("touch") is not None:
+            yield f"| .xls {workload} | {floor.part('touch'):.4f} | {floor.part('copy'):.4f} |"
+    yield ""
+
+
+def growth_rates(rows):
+    """(time, memory) by which each doubling multiplies, None for a time too short to tell."""
+    # What a process costs before it does anything is no growth; the first steps hide in it.
+    return [(b[1] / a[1] if a[1] > SHORTEST_GROWTH else None, b[2] / a[2]) for a, b in zip(rows, rows[1:])]
+
+
+def growth_lines(table):
+    yield "| form | dimension | from | to | seconds at the end | time at each doubling | memory at each doubling | |"
+    yield "|---|---|---|---|---|---|---|---|"
     for (form, dimension), rows in table.items():
-        # What a process costs before it does anything is no growth; the first steps hide in it.
-        times = [b[1] / a[1] for a, b in zip(rows, rows[1:]) if a[1] > 0.002]
-        memory = [b[2] / a[2] for a, b in zip(rows, rows[1:])]
-        steps = len(rows) - 1
-        mean = (rows[-1][1] / rows[0][1]) ** (1 / steps) if steps else 1
-        worst = max(times, default=1)
-        mark = "" if worst <= GROWTH_LIMIT_TIME and max(memory, default=1) <= GROWTH_LIMIT_MEMORY else " (over)"
-        yield (f"| {form} | {dimension} | {rows[0][0]} | {rows[-1][0]} | {rows[-1][1]:.3f} | {mean:.2f}, {worst:.2f}{mark} "
-               f"| {(rows[-1][2] / rows[0][2]) ** (1 / max(steps, 1)):.2f}, {max(memory, default=1):.2f} |")
+        rates = growth_rates(rows)
+        times, memory = [time for time, _ in rates if time is not None], [size for _, size in rates]
+        over = max(times, default=0) > GROWTH_LIMIT_TIME or max(memory, default=0) > GROWTH_LIMIT_MEMORY
+        yield (f"| .{form} | {dimension} | {rows[0][0]} | {rows[-1][0]} | {rows[-1][1]:.3f} "
+               f"| {' '.join('-' if time is None else f'{time:.2f}' for time, _ in rates)} "
+               f"| {' '.join(f'{size:.2f}' for size in memory)} | {'over' if over else ''} |")
 
 
 def chart(measured):
@@ -189,6 +250,38 @@ def chart(measured):
     return "\n".join([*lines, "</svg>", ""])
 
 
+def growth_chart(table):
+    """The time of each dimension over its doublings on logarithmic axes, a panel a form, as SVG: a line of slope one grows
+    in proportion."""
+    colours = ["#1b6ca8", "#c0392b", "#3a7d44", "#8e44ad", "#d68910", "#16a085", "#7f5539", "#555555"]
+    width, height, left, top = 330, 300, 50, 40
+    points = [seconds for rows in table.values() for _, seconds, _ in rows if seconds > 0]
+    if not points:
+        return None
+    low, high = math.floor(math.log10(min(points))), math.ceil(math.log10(max(points)))
+    lines = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{2 * (width + left) + 130}" height="{height + top + 50}" font-family="sans-serif" font-size="12">',
+             '<rect width="100%" height="100%" fill="white"/>',
+             f'<text x="{left}" y="16">seconds of a book\'s whole life while one dimension doubles (dashed: in proportion)</text>']
+    for panel, form in enumerate(("xls", "xlsx")):
+        x0 = left + panel * (width + left)
+        x = lambda step: x0 + step * width / GROWTH_STEPS
+        y = lambda seconds: top + height - (math.log10(seconds) - low) * height / (high - low)
+        lines.append(f'<rect x="{x0}" y="{top}" width="{width}" height="{height}" fill="none" stroke="#999"/>')
+        lines.append(f'<text x="{x0 + 6}" y="{top + 16}">.{form}</text>')
+        for power in range(low, high + 1):
+            lines.append(f'<text x="{x0 - 4}" y="{y(10 ** power) + 4:.1f}" text-anchor="end">{10.0 ** power:g}</text>')
+        for step in range(GROWTH_STEPS + 1):
+            lines.append(f'<text x="{x(step):.1f}" y="{top + height + 16}" text-anchor="middle">×{1 << step}</text>')
+        start = 10 ** low * 3
+        lines.append(f'<line x1="{x(0)}" y1="{y(start):.1f}" x2="{x(GROWTH_STEPS)}" y2="{max(y(start * 2 ** GROWTH_STEPS), top):.1f}" stroke="#999" stroke-dasharray="4 4"/>')
+        for colour, dimension in zip(colours, GROWTH):
+            path = " ".join(f"{x(step):.1f},{y(seconds):.1f}" for step, (_, seconds, _) in enumerate(table.get((form, dimension), [])) if seconds > 0)
+            lines.append(f'<polyline points="{path}" fill="none" stroke="{colour}" stroke-width="2"/>')
+    for row, (colour, dimension) in enumerate(zip(colours, GROWTH)):
+        lines.append(f'<text x="{2 * (width + left) + 12}" y="{top + 16 + row * 18}" fill="{colour}">{dimension}</text>')
+    return "\n".join([*lines, "</svg>", ""])
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("build", type=pathlib.Path)
@@ -199,20 +292,29 @@ def main():
     options = parser.parse_args()
     say = lambda text: print(text, file=sys.stderr, flush=True)
     with tempfile.TemporaryDirectory() as work:
-        measured = side_by_side(options.build, Peers(options.peers, options.peer_scripts), options.runs, pathlib.Path(work), say)
+        measured, floors = side_by_side(options.build, Peers(options.peers, options.peer_scripts), options.runs, pathlib.Path(work), say)
     grown = growth(options.build, max(options.runs, 3), say)
     picture = options.out.with_suffix(".svg")
     picture.write_text(chart(measured), encoding="utf-8")
+    growth_picture = options.out.with_name(f"{options.out.stem}-growth.svg")
+    if (drawn := growth_chart(grown)) is not None:
+        growth_picture.write_text(drawn, encoding="utf-8")
     lines = ["# Performance", "",
              f"Made by `./dev performance` on {time.strftime('%Y-%m-%d')}, {os.cpu_count()} cores, {platform.machine()}. Whole processes,",
-             "median wall seconds; ratios are what counts, absolute times are this machine's. The workloads are those of",
-             "`rubrica-bench`: a million cells (N numbers, S strings, M mixed with styles and formulas, R random numbers; B ten",
-             "million numbers; M of .xls 625,000 cells).", "", f"![our time beside the best other program]({picture.name})", "",
-             "## Beside other programs", "", *side_by_side_lines(measured), "## Growth", "",
+             "medians; ratios are what counts, absolute times are this machine's. The workloads are those of `rubrica-bench`: a",
+             "million cells (N numbers, S strings, M mixed with styles and formulas, R random numbers; B ten million numbers; M of",
+             ".xls 625,000 cells). The floor is what no program can do without on the same bytes in the same run.", "",
+             f"![our time beside the best other program]({picture.name})", "", "## Beside other programs", "",
+             *side_by_side_lines(measured, floors), "## The floor", "",
+             "Seconds, each the best of five in a process, the median of processes. Writing .xlsx takes at least the printing of the",
+             "numbers and the deflating, reading the inflating and one pass of `memchr`; .xls a copy, or a look at every byte.", "",
+             *floor_lines(floors), "## Growth", "",
              f"One book's whole life (made, filled, saved, loaded, looked through) while one dimension doubles {GROWTH_STEPS} times. Wanted: at",
-             f"most {GROWTH_LIMIT_TIME} times the time and {GROWTH_LIMIT_MEMORY} times the memory for each doubling.", "", *growth_lines(grown), ""]
+             f"most {GROWTH_LIMIT_TIME} times the time and {GROWTH_LIMIT_MEMORY} times the memory for each doubling. Times under "
+             f"{SHORTEST_GROWTH * 1000:.0f} ms tell nothing and are left out (-).", "",
+             f"![how the time grows]({growth_picture.name})", "", *growth_lines(grown), ""]
     options.out.write_text("\n".join(lines), encoding="utf-8")
-    say(f"written: {options.out}, {picture}")
+    say(f"written: {options.out}, {picture}, {growth_picture}")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 // A host list, and a row, which is a list of one line: columns with a name and a type, lines of values, a current
-// line. Lines and columns count from 1 at this interface, as they do in scripts and in the component's calls.
+// line. Lines and columns count from 1 at this interface, as they do in scripts and in the component's calls. The
+// values of a column lie side by side: components walk a list of many lines column by column.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +26,7 @@ class List {
   static constexpr std::size_t maxLines = 10'000'000;
 
   std::size_t columnCount() const { return _columns.size(); }
-  std::size_t lineCount() const { return _lines.size(); }
+  std::size_t lineCount() const { return _lineCount; }
   const Column& column(std::size_t number) const { return _columns[number - 1]; }
   void renameColumn(std::size_t number, Text name) { _columns[number - 1].name = std::move(name); }
   // The number of the column; 0 when there is none of the name.
@@ -50,8 +51,8 @@ class List {
   bool has(std::size_t line, std::size_t column) const {
     return line >= 1 && line <= lineCount() && column >= 1 && column <= columnCount();
   }
-  const Value& at(std::size_t line, std::size_t column) const { return _lines[line - 1][column - 1]; }
-  Value& at(std::size_t line, std::size_t column) { return _lines[line - 1][column - 1]; }
+  const Value& at(std::size_t line, std::size_t column) const { return _cells[column - 1][line - 1]; }
+  Value& at(std::size_t line, std::size_t column) { return _cells[column - 1][line - 1]; }
   // Converts to the column's kind.
   void set(std::size_t line, std::size_t column, const Value& value);
 
@@ -68,7 +69,9 @@ class List {
   std::vector<Column> _columns;
   // What a new line holds: the empty values of the columns.
   std::vector<Value> _emptyLine;
-  std::vector<std::vector<Value>> _lines;
+  // By column, then by line. Where memory ran out while lines were added, a column may hold empty values past the last.
+  std::vector<std::vector<Value>> _cells;
+  std::size_t _lineCount = 0;
   std::size_t _currentLine = 0;
 };
 

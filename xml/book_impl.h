@@ -26,6 +26,7 @@
 #include "source/ooxml/workbook.h"
 #include "xml/content_types.h"
 #include "xml/flavour.h"
+#include "xml/name_index.h"
 #include "xml/part.h"
 #include "xml/part_map.h"
 #include "xml/relationships.h"
@@ -132,6 +133,7 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   TextConverter& text() { return _text; }
 
   PartMap& parts() { return _parts; }
+  NameIndex& nameIndex() { return _nameIndex; }
   // "workbook content types are not found", "workbook relationships are not found" where there are none.
   ContentTypes& needContentTypes();
   Relationships& needWorkbookRelationships();
@@ -222,6 +224,7 @@ class XMLBookImplT final : public XmlFile<typename Flavour<Tag>::WorkbookRoot>, 
   Styles<Tag>* _styles = nullptr;
   std::vector<Sheet*> _sheets;  // by position; null where the part is no worksheet. Empty after loadInfo
   std::vector<BookPicture> _pictures;
+  NameIndex _nameIndex;
   TextConverter _text;
   std::u16string _sheetName;    // of the last getSheetName
   platform::MemoryOutput _raw;  // of the last saveRaw

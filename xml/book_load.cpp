@@ -146,6 +146,7 @@ void XMLBookImplT<Tag>::clearForLoad() {
   _styles = nullptr;
   _baseDir = part_name::kBaseDirectory;
   static_cast<Root&>(*this) = Root();
+  _nameIndex.forget();
 }
 
 template <class Tag>
@@ -191,6 +192,7 @@ void XMLBookImplT<Tag>::loadMainPart(const PartBytes& bytes, const std::string& 
   } else {
     this->readFile(bytes.path);
   }
+  _nameIndex.forget();
   _parts.addBorrowed(name, *this);
   _baseDir = partDirectory(name);
 }

@@ -18,6 +18,7 @@ void XMLBookImplT<Tag>::renumberNames(const Mapping& mapping) {
     const auto position = static_cast<std::int64_t>(name.get_localSheetId());
     if (position > std::numeric_limits<int>::max()) continue;
     const int moved = mapping(static_cast<int>(position));
+    if (moved != position) _nameIndex.forget();
     if (moved == kGone) {
       names.erase_definedName(i);
     } else {

@@ -213,6 +213,14 @@ std::string renamedReference(std::string_view text, std::string_view from, std::
 }
 
 bool sameName(std::string_view a, std::string_view b) {
+  // Up to the first letter beyond ASCII nothing has to be decoded, and most names end or differ before it.
+  constexpr unsigned kFirstBeyondAscii = 0x80;
+  const auto unit = [](char c) { return static_cast<char16_t>(static_cast<unsigned char>(c)); };
+  for (std::size_t i = 0;; ++i) {
+    if (i == a.size() || i == b.size()) return a.size() == b.size();
+    if (unit(a[i]) >= kFirstBeyondAscii || unit(b[i]) >= kFirstBeyondAscii) break;
+    if (nameCapital(unit(a[i])) != nameCapital(unit(b[i]))) return false;
+  }
   return a == b || sameNameIgnoringCase(platform::utf16FromUtf8Lossy(a), platform::utf16FromUtf8Lossy(b));
 }
 

@@ -16,9 +16,10 @@ bool PartNameLess::operator()(std::string_view a, std::string_view b) const {
                                       [](char left, char right) { return folded(left) < folded(right); });
 }
 
+// From the end, since names of many parts and sheets begin alike and end in a number.
 bool samePartName(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char left, char right) { return folded(left) == folded(right); });
+  return a.size() == b.size() && std::equal(a.rbegin(), a.rend(), b.rbegin(),
+                                            [](char left, char right) { return folded(left) == folded(right); });
 }
 
 std::string normalisedPartName(std::string_view entryName) {

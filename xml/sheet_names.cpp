@@ -78,11 +78,15 @@ int XMLSheetImplT<Tag>::checkedScope(int scopeId) const {
 template <class Tag>
 typename XMLSheetImplT<Tag>::DefinedName* XMLSheetImplT<Tag>::findName(std::string_view name, int scope) {
   auto* names = _book->find_definedNames();
-  for (std::size_t i = 0; names != nullptr && i < names->size_definedName(); ++i) {
-    DefinedName& entry = names->get_definedName(i);
-    if (scopeOf(entry) == scope && sameName(entry.get_name(), name)) return &entry;
+  if (names == nullptr) return nullptr;
+  NameIndex& index = _book->nameIndex();
+  if (index.size() > names->size_definedName()) index.forget();
+  for (std::size_t i = index.size(); i < names->size_definedName(); ++i) {
+    const DefinedName& entry = names->get_definedName(i);
+    index.add(entry.get_name(), scopeOf(entry));
   }
-  return nullptr;
+  const auto position = index.find(name, scope);
+  return position ? &names->get_definedName(*position) : nullptr;
 }
 
 template <class Tag>
@@ -100,6 +104,7 @@ bool XMLSheetImplT<Tag>::removeName(std::string_view name, int scope) {
   for (std::size_t i = 0; names != nullptr && i < names->size_definedName(); ++i) {
     const DefinedName& entry = names->get_definedName(i);
     if (scopeOf(entry) != scope || !sameName(entry.get_name(), name)) continue;
+    _book->nameIndex().forget();
     names->erase_definedName(i);
     if (names->size_definedName() == 0) _book->unset_definedNames();
     return true;
@@ -290,6 +295,7 @@ void XMLSheetImplT<Tag>::moveNames(const LineMove& move, bool updateNamedRanges)
     if (moved) {
       if (*moved != entry.get_value()) entry.set_value(*moved);
     } else if (isBuiltIn) {
+      _book->nameIndex().forget();
       names->erase_definedName(i);
     } else {
       entry.set_value("#REF!");

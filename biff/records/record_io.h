@@ -85,12 +85,9 @@ void readPrefix(Record& record, std::span<const std::byte> bytes) {
   if (!whole || body.left() > 0) throwSizeIsIncorrect(Record::kName);
 }
 
-// A body of varying length, put together piece by piece.
-inline void appendBytes(std::vector<std::byte>& body, std::span<const std::byte> bytes) {
-  const std::size_t size = body.size();
-  body.resize(size + bytes.size());
-  if (!bytes.empty()) std::memcpy(body.data() + size, bytes.data(), bytes.size());
-}
+// A body of varying length, put together piece by piece. Not inline: where its growth is inlined many times over, the
+// optimiser of g++ 12 sees overflows that can't be.
+void appendBytes(std::vector<std::byte>& body, std::span<const std::byte> bytes);
 template <class T>
 requires std::is_trivially_copyable_v<T>
 void appendField(std::vector<std::byte>& body, const T& value) {

@@ -115,16 +115,28 @@ std::string packed_cell::get_v() const {
 }
 
 std::string_view packed_cell::view_v(value_buffer& buffer) const {
-  static_assert(std::tuple_size_v<value_buffer> >= kMostPacked);
   if (_form == kNoValue) return {};
   if (_form == kLong) return _extra ? std::string_view(_extra->v) : std::string_view();
   const auto size = static_cast<std::size_t>(_form - 1);
   if (size <= kShort) return {_text.data(), size};
-  // All of them, since a known count is faster than the right one.
-  for (std::size_t i = 0; i < kShort; ++i) {
-    std::memcpy(buffer.data() + 2 * i, kNumberPairs[static_cast<unsigned char>(_text[i])].data(), sizeof(Pair));
-  }
+  bool is_numeric = false;
+  put_v(buffer.data(), is_numeric);
   return {buffer.data(), size};
+}
+
+// Copies all that there may be, since a known count is faster than the right one.
+char* packed_cell::put_v(char* out, bool& is_numeric) const {
+  static_assert(std::tuple_size_v<value_buffer> >= kMostPacked);
+  if (_form == kLong) return nullptr;
+  is_numeric = _form > 1 + kShort;
+  if (!is_numeric) {
+    std::memcpy(out, _text.data(), kShort);
+    return _form == kNoValue ? out : out + (_form - 1);
+  }
+  for (std::size_t i = 0; i < kShort; ++i) {
+    std::memcpy(out + 2 * i, kNumberPairs[static_cast<unsigned char>(_text[i])].data(), sizeof(Pair));
+  }
+  return out + (_form - 1);
 }
 
 void packed_cell::set_v(std::string_view text) {

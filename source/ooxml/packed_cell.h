@@ -68,6 +68,9 @@ class packed_cell : public lmx::object {
   std::string get_v() const;
   // The value without a copy where that can be: the view is into the cell or into the buffer.
   std::string_view view_v(value_buffer& buffer) const;
+  // Writes the value to `out`, where there is room for a value_buffer, and answers its end; null when it is longer than
+  // what is kept in the cell. `is_numeric` tells that it consists of characters of numbers alone; false says nothing.
+  char* put_v(char* out, bool& is_numeric) const;
   void set_v(std::string_view text);
   void unset_v();
   bool isset_v() const { return _form != kNoValue; }

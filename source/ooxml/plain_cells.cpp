@@ -161,7 +161,7 @@ char* putNumber(char* out, std::uint32_t number) {
   return std::to_chars(out, out + kMostDigits, number).ptr;
 }
 
-char* putReference(char* out, std::uint32_t row, std::uint32_t column) {
+char* putColumn(char* out, std::uint32_t column) {
   constexpr std::uint32_t kOne = 26, kTwo = kOne + 26 * 26;  // columns of one letter, of one or two
   if (column >= kTwo) {
     column -= kTwo;
@@ -173,7 +173,13 @@ char* putReference(char* out, std::uint32_t row, std::uint32_t column) {
     *out++ = static_cast<char>('A' + column / 26);
   }
   *out++ = static_cast<char>('A' + column % 26);
-  return putNumber(out, row + 1);
+  return out;
+}
+
+bool isWrittenAsItIs(const char* begin, const char* end) {
+  unsigned flags = kWritten;
+  for (const char* p = begin; p != end; ++p) flags &= kClasses[static_cast<unsigned char>(*p)];
+  return (flags & kWritten) != 0;
 }
 
 }  // namespace
@@ -201,16 +207,19 @@ plain_cell readPlainCell(std::string_view text, packed_cell& cell) {
   return found;
 }
 
+void plain_cell_buffer::set_row(std::uint32_t row) {
+  char* end = putNumber(_row_text.data(), row + 1);
+  *end++ = '"';
+  _row = row;
+  _row_size = static_cast<std::size_t>(end - _row_text.data());
+}
+
 bool plain_cell_buffer::append(const packed_cell& cell) {
-  packed_cell::value_buffer decoded;
   if (!cell.is_plain() || !cell.isset_r() || cell.column() > kLastColumn) return false;
-  const std::string_view value = cell.view_v(decoded);
-  for (const char c : value) {
-    if ((kClasses[static_cast<unsigned char>(c)] & kWritten) == 0) return false;
-  }
-  char* out = put(_text.data() + _size, "<c r=\"");
-  out = putReference(out, cell.row(), cell.column());
-  *out++ = '"';
+  if (cell.row() != _row) set_row(cell.row());
+  char* out = putColumn(put(_text.data() + _size, "<c r=\""), cell.column());
+  std::memcpy(out, _row_text.data(), kRowRoom);
+  out += _row_size;
   if (cell.isset_s()) {
     out = putNumber(put(out, " s=\""), cell.get_s());
     *out++ = '"';
@@ -219,7 +228,16 @@ bool plain_cell_buffer::append(const packed_cell& cell) {
     out = put(put(out, " t=\""), cell.get_t());
     *out++ = '"';
   }
-  out = cell.isset_v() ? put(put(put(out, "><v>"), value), "</v></c>") : put(out, "/>");
+  if (cell.isset_v()) {
+    out = put(out, "><v>");
+    bool is_numeric = false;
+    const char* value = out;
+    out = cell.put_v(out, is_numeric);
+    if (out == nullptr || (!is_numeric && !isWrittenAsItIs(value, out))) return false;
+    out = put(out, "</v></c>");
+  } else {
+    out = put(out, "/>");
+  }
   _size = static_cast<std::size_t>(out - _text.data());
   return true;
 }

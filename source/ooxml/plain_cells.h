@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -57,8 +58,15 @@ class plain_cell_buffer {
   static constexpr std::size_t kSize = 4096;
   // Reference, style, type and a value of up to 26 bytes, with the markup around them, take less than half of it.
   static constexpr std::size_t kLongestCell = 256;
+  static constexpr std::size_t kRowRoom = 16;  // bytes: seven digits and what stands behind them
+
+  void set_row(std::uint32_t row);
 
   std::size_t _size = 0;
+  // The row of the last cell, which most often is that of the next one too, as it ends a reference: `1048576"`.
+  std::uint32_t _row = ~std::uint32_t{0};
+  std::size_t _row_size = 0;
+  std::array<char, kRowRoom> _row_text = {};
   std::array<char, kSize> _text;
 };
 

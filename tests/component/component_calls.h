@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "simhost/component_host.h"
 #include "simhost/list.h"
 #include "tests/support/temporary_directory.h"
@@ -54,11 +54,6 @@ inline Value yes() {
 inline Value no() {
   return Value::boolean(false);
 }
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 // The file as the engine reads it; null when it doesn't.
 BookPtr loadedBook(const std::filesystem::path& path);

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "platform/text.h"
 
 namespace rubrica::test {
@@ -23,10 +23,6 @@ inline constexpr Form kForms[] = {{"xls", &createBiffBook, false}, {"xlsx", &cre
 inline std::string nameOfForm(const testing::TestParamInfo<Form>& info) {
   return info.param.name;
 }
-
-struct Release {
-  void operator()(Book* book) const { book->release(); }
-};
 
 // A book with one sheet, "One".
 struct FormBook {
@@ -47,7 +43,7 @@ struct FormBook {
   }
 
   const Form* form;
-  std::unique_ptr<Book, Release> book;
+  BookPtr book;
   Sheet* sheet = nullptr;
 };
 

@@ -16,8 +16,8 @@ import sys
 import tempfile
 
 HERE = pathlib.Path(__file__).resolve().parent
-HEADERS = {"address.h", "auto_filter.h", "book.h", "date_serial.h", "enums.h", "export.h", "font.h", "format.h",
-           "sheet.h", "xlerror.h"}
+HEADERS = {"address.h", "auto_filter.h", "book.h", "book_ptr.h", "date_serial.h", "enums.h", "export.h", "font.h",
+           "format.h", "sheet.h", "xlerror.h"}
 TOOLS = {"omnis-run", "rubrica-bench", "rubrica-check", "rubrica-convert", "rubrica-diff", "rubrica-dump"}
 REFERENCE = {"cell.md", "constants.md", "font.md", "format.md", "tabulix.md", "workbook.md",
              "worksheet.md"}

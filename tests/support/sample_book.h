@@ -2,18 +2,12 @@
 // tried on.
 #pragma once
 
-#include <memory>
 #include <ostream>
 #include <string>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 
 namespace rubrica::test {
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 struct BookForm {
   const char* name;

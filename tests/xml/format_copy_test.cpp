@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "biff/book_impl.h"
+#include "engine/book_ptr.h"
 #include "tests/xml/flavours.h"
 #include "xml/styles.h"
 #include "xml/xml_font.h"
@@ -11,12 +12,8 @@
 namespace rubrica {
 namespace {
 
-struct Release {
-  void operator()(Book* book) const { book->release(); }
-};
-using XlsBook = std::unique_ptr<Book, Release>;
-XlsBook newXlsBook() {
-  return XlsBook(createBiffBook());
+BookPtr newXlsBook() {
+  return BookPtr(createBiffBook());
 }
 
 void dress(Format* format, Font* font, int numFormat) {
@@ -141,7 +138,7 @@ TYPED_TEST(FormatCopiesOf, ACopyFromTheOtherFlavourKeepsEveryColorForm) {
 }
 
 TYPED_TEST(FormatCopiesOf, ACopyFromAnXlsBookKeepsWhatTheInterfaceTells) {
-  const XlsBook xls = newXlsBook();
+  const BookPtr xls = newXlsBook();
   auto* source = xls->addFormat();
   dress(source, xls->addFont(), xls->addCustomNumFormat(u"0.00 x"));
   for (const bool rgb : {false, true}) {
@@ -156,7 +153,7 @@ TYPED_TEST(FormatCopiesOf, ACopyFromAnXlsBookKeepsWhatTheInterfaceTells) {
 }
 
 TYPED_TEST(FormatCopiesOf, AnXlsBookTakesACopyBack) {
-  const XlsBook xls = newXlsBook();
+  const BookPtr xls = newXlsBook();
   auto* source = this->book.addFormat(nullptr);
   dress(source, this->book.addFont(nullptr), this->book.addCustomNumFormat(u"0.00 x"));
   source->setBorderRightColor(10);  // there a copy's right border always has the colour of the left one
@@ -170,7 +167,7 @@ TYPED_TEST(FormatCopiesOf, AnXlsBookTakesACopyBack) {
 
 TYPED_TEST(FormatCopiesOf, FontsAreCopiedFromEveryKindOfBook) {
   using Other = typename Flavour<TypeParam>::Other;
-  const XlsBook xls = newXlsBook();
+  const BookPtr xls = newXlsBook();
   LastMessage otherLast;
   Styles<Other> other(otherLast);
   auto* font = other.addFont(nullptr);

@@ -1,21 +1,15 @@
 // Test support: books in memory, the records that they save, and books loaded from records.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "tests/biff/record_stream.h"
 
 namespace rubrica::test {
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 inline BookPtr newBook() {
   return BookPtr(createBiffBook());

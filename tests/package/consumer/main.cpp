@@ -1,19 +1,13 @@
 // Uses every public header: writes a book, loads it again and prints what it holds.
 #include <cstdio>
-#include <memory>
 
 #include "engine/address.h"
 #include "engine/auto_filter.h"
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "engine/date_serial.h"
 #include "engine/xlerror.h"
 
 namespace {
-
-struct Release {
-  void operator()(rubrica::Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<rubrica::Book, Release>;
 
 int fail(const rubrica::Book& book) {
   std::fprintf(stderr, "%s\n", book.errorMessage());
@@ -27,7 +21,7 @@ int main(int argc, char** argv) {
   std::u16string path;
   for (const char* c = argv[1]; *c != '\0'; ++c) path += static_cast<char16_t>(*c);
 
-  const BookPtr book(rubrica::createBiffBook());
+  const rubrica::BookPtr book(rubrica::createBiffBook());
   rubrica::Sheet* sheet = book->addSheet(u"Prices");
   rubrica::Format* date = book->addFormat();
   date->setNumFormat(rubrica::numformat::date);
@@ -37,7 +31,7 @@ int main(int argc, char** argv) {
   sheet->writeNum(2, 0, rubrica::datePack(false, 2026, 11, 20, 0, 0, 0, 0), date);
   if (!book->save(path.c_str())) return fail(*book);
 
-  const BookPtr again(rubrica::createBiffBook());
+  const rubrica::BookPtr again(rubrica::createBiffBook());
   if (!again->load(path.c_str())) return fail(*again);
   sheet = again->getSheet(0);
   const std::u16string formula = sheet->readFormula(1, 1);

@@ -3,14 +3,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "engine/book.h"
+#include "engine/book_ptr.h"
 #include "xml/book_impl.h"
 #include "xml/sheet_impl.h"
 
@@ -59,11 +58,6 @@ void addLink(std::vector<TestEntry>& entries, const std::string& partName, std::
              std::string_view target, bool isExternal = false);
 // The names of an archive's entries, in its order.
 std::vector<std::string> namesOf(std::string_view archive);
-
-struct ReleaseBook {
-  void operator()(Book* book) const { book->release(); }
-};
-using BookPtr = std::unique_ptr<Book, ReleaseBook>;
 
 inline BookPtr newBook() {
   return BookPtr(createXmlBook());

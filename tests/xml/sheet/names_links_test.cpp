@@ -59,6 +59,31 @@ TYPED_TEST(XmlNames, NamesAreChecked) {
   EXPECT_FALSE(this->book->isset_definedNames());
 }
 
+TYPED_TEST(XmlNames, AreFoundWhereTheyStandAfterOthersWentAndSheetsMoved) {
+  auto* s = this->sheet;
+  int row = -1;
+  const auto rowOf = [&](const char16_t* name, int scope) {
+    row = -1;
+    return s->getNamedRange(name, &row, nullptr, nullptr, nullptr, scope, nullptr) ? row : -1;
+  };
+  for (const char16_t* name : {u"first", u"second", u"\u00E4rger"}) {
+    EXPECT_TRUE(s->setNamedRange(name, 1, 1, 0, 0, -1, false));
+    EXPECT_TRUE(s->setNamedRange(name, 2, 2, 0, 0, 0, false));
+  }
+  EXPECT_EQ(rowOf(u"\u00C4RGER", -1), 1);
+  EXPECT_TRUE(s->delNamedRange(u"FIRST", -1));
+  EXPECT_EQ(rowOf(u"first", -1), -1);
+  EXPECT_EQ(rowOf(u"First", 0), 2);
+  EXPECT_EQ(rowOf(u"SECOND", 0), 2);
+  EXPECT_TRUE(s->setNamedRange(u"first", 3, 3, 0, 0, -1, false));
+  EXPECT_EQ(rowOf(u"first", -1), 3);
+  ASSERT_NE(this->book->insertSheet(0, u"Before", nullptr), nullptr);
+  EXPECT_EQ(rowOf(u"second", 0), -1) << "the name went along with its sheet";
+  EXPECT_EQ(rowOf(u"second", 1), 2);
+  EXPECT_TRUE(this->book->delSheet(0));
+  EXPECT_EQ(rowOf(u"second", 0), 2);
+}
+
 TYPED_TEST(XmlNames, PartsThatAreNoRangesArePassedOver) {
   this->addName("mixed", "OFFSET(One!$A$1,1,1),One!$B$2:$C$3");
   this->addName("formula", "SUM(One!$A$1:$A$3)");
