@@ -105,9 +105,10 @@ def main():
             result = runner.run(block, folder)
             if result.returncode != 0:
                 raise SystemExit(f"{block}: {result.stdout}{result.stderr}")
-            dump = runner.start(["rubrica-dump", "--styles", f"{recipe}.xls"], folder)
+            book = snippets.book_of(recipe, block)
+            dump = runner.start(["rubrica-dump", "--styles", book], folder)
             content[recipe] = hashlib.sha256(dump.stdout.encode()).hexdigest()
-            set_page(desktop, folder / f"{recipe}.xls", folder / f"{recipe}.pdf", recipe in AS_PRINTED)
+            set_page(desktop, folder / book, folder / f"{recipe}.pdf", recipe in AS_PRINTED)
             width, height, rows = pixels_of(folder / f"{recipe}.pdf")
             picture = pictures / f"{recipe}.png"
             picture.write_bytes(png(width, rows) if recipe in AS_PRINTED else png(*cropped(width, height, rows)))

@@ -4,9 +4,8 @@
 #include "platform/input_file.h"
 #include "tools/book_opener.h"
 #include "tools/command_line.h"
-#include "tools/resave_check.h"
-#include "tools/unmodelled.h"
 #include "tools/xls_check.h"
+#include "tools/xlsx_check.h"
 
 namespace rubrica::tools {
 namespace {
@@ -70,13 +69,7 @@ int run(int argc, char** argv) {
     return kExitFailed;
   }
   Progress progress(kTool.name);
-  CheckReport report;
-  if (form == "xls") {
-    report = checkXls(*bytes, progress);
-  } else {
-    report.unmodelled = unmodelledContent(file, form);
-    checkResave(*bytes, form, report, progress);
-  }
+  const CheckReport report = form == "xls" ? checkXls(*bytes, progress) : checkXlsx(*bytes, progress);
   progress.finish();
   print(file, report, line.has("quiet"), static_cast<std::size_t>(most));
   if (!finishOutput(kTool.name)) return kExitFailed;

@@ -8,6 +8,7 @@
 #include "tools/cell_value.h"
 #include "tools/command_line.h"
 #include "tools/json_writer.h"
+#include "tools/package_file.h"
 #include "tools/progress.h"
 #include "tools/record_names.h"
 #include "tools/record_stream.h"
@@ -18,7 +19,7 @@ namespace {
 constexpr OptionRow kOptions[] = {
     {"sheet", "N", "only the sheet at this position"},
     {"styles", nullptr, "with each cell also its number format, font, fill, alignment and borders"},
-    {"records", nullptr, "the raw records of the workbook stream instead: offset, id, name, size"},
+    {"records", nullptr, "the raw records of an .xls workbook stream, or the parts of an .xlsx package, instead"},
 };
 
 constexpr ToolText kTool = {"rubrica-dump", "[--sheet N] [--styles] FILE\n       rubrica-dump --records FILE",
@@ -230,14 +231,7 @@ int fail(Progress& progress, const std::string& message) {
   return kExitUnreadable;
 }
 
-// A damaged file is printed as far as it goes.
-int dumpRecords(const Options& options, Progress& progress) {
-  if (formOf(options.file) != "xls") {
-    return fail(progress, options.file + ": this version lists no parts of .xlsx files");
-  }
-  const auto bytes = platform::readWholeFile(wideText(options.file));
-  if (!bytes) return fail(progress, options.file + ": can't open file for reading");
-  const RecordStream stream = readRecordStream(*bytes);
+void printRecords(const RecordStream& stream) {
   JsonWriter json;
   for (const RawStreamRecord& record : stream.records) {
     json.beginObject().key("record").beginObject();
@@ -247,8 +241,35 @@ int dumpRecords(const Options& options, Progress& progress) {
     json.endObject().endObject();
     print(json);
   }
-  for (const std::string& damage : stream.damage) complain(kTool.name, options.file + ": " + damage);
-  return stream.damage.empty() ? kExitFine : kExitUnreadable;
+}
+
+void printParts(const PackageFile& package) {
+  JsonWriter json;
+  for (const PackagePart& part : package.parts) {
+    json.beginObject().key("part").beginObject();
+    json.member("name", std::string_view(part.name)).member("type", std::string_view(part.type));
+    json.member("handling", nameOf(part.handling)).member("size", static_cast<std::int64_t>(part.size));
+    json.endObject().endObject();
+    print(json);
+  }
+}
+
+// A damaged file is printed as far as it goes.
+int dumpRecords(const Options& options, Progress& progress) {
+  const auto bytes = platform::readWholeFile(wideText(options.file));
+  if (!bytes) return fail(progress, options.file + ": can't open file for reading");
+  std::vector<std::string> damages;
+  if (formOf(options.file) == "xls") {
+    const RecordStream stream = readRecordStream(*bytes);
+    printRecords(stream);
+    damages = stream.damage;
+  } else {
+    const PackageFile package = readPackage(*bytes);
+    printParts(package);
+    damages = package.damage;
+  }
+  for (const std::string& damage : damages) complain(kTool.name, options.file + ": " + damage);
+  return damages.empty() ? kExitFine : kExitUnreadable;
 }
 
 int dumpBook(const Options& options, Progress& progress) {

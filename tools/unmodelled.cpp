@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 #include "biff/records/record_ids.h"
 #include "biff/records/sheet_records.h"
 #include "platform/input_file.h"
 #include "tools/book_opener.h"
+#include "tools/findings.h"
+#include "tools/package_content.h"
 #include "tools/rich_strings.h"
 
 namespace rubrica::tools {
@@ -65,32 +66,6 @@ bool isDrawnObject(const RawStreamRecord& record) {
   return kind != kObjectNote && kind != kObjectPicture && kind != kObjectChart;
 }
 
-class Findings {
- public:
-  void count(const std::string& one, const std::string& many, long number = 1) {
-    if (number == 0) return;
-    const auto [found, isNew] = _numbers.try_emplace(one, Entry{many, 0});
-    if (isNew) _order.push_back(one);
-    found->second.number += number;
-  }
-  std::vector<std::string> lines() const {
-    std::vector<std::string> lines;
-    for (const std::string& one : _order) {
-      const Entry& entry = _numbers.at(one);
-      lines.push_back(std::to_string(entry.number) + " " + (entry.number == 1 ? one : entry.many));
-    }
-    return lines;
-  }
-
- private:
-  struct Entry {
-    std::string many;
-    long number;
-  };
-  std::vector<std::string> _order;
-  std::map<std::string, Entry> _numbers;
-};
-
 void countRecord(const RawStreamRecord& record, Findings& findings) {
   for (const CountedRecord& row : kCounted) {
     if (row.recordId == record.recordId) findings.count(row.one, row.many);
@@ -122,9 +97,9 @@ std::vector<std::string> unmodelledContent(const RecordStream& stream) {
 }
 
 std::vector<std::string> unmodelledContent(const std::string& path, const std::string& form) {
-  if (form != "xls") return {};
   const auto bytes = platform::readWholeFile(wideText(path));
-  return bytes ? unmodelledContent(readRecordStream(*bytes)) : std::vector<std::string>{};
+  if (!bytes) return {};
+  return form == "xls" ? unmodelledContent(readRecordStream(*bytes)) : unmodelledContent(readPackage(*bytes));
 }
 
 }  // namespace rubrica::tools

@@ -52,6 +52,12 @@ inline constexpr std::string_view kDrawing =
 inline constexpr std::string_view kImage = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/image";
 inline constexpr std::string_view kComments =
     "http://schemas.openxmlformats.org/officeDocument/2006/relationships/comments";
+inline constexpr std::string_view kPivotTable =
+    "http://schemas.openxmlformats.org/officeDocument/2006/relationships/pivotTable";
+inline constexpr std::string_view kStrictPivotTable =
+    "http://purl.oclc.org/ooxml/officeDocument/relationships/pivotTable";
+inline constexpr std::string_view kThreadedComments =
+    "http://schemas.microsoft.com/office/2017/10/relationships/threadedComment";
 inline constexpr std::string_view kStrictComments = "http://purl.oclc.org/ooxml/officeDocument/relationships/comments";
 }  // namespace relationship_type
 

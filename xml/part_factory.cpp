@@ -23,10 +23,12 @@ bool isMainType(std::string_view contentType) {
   return std::find(kMain.begin(), kMain.end(), contentType) != kMain.end();
 }
 
+bool looksLikeWorksheet(std::string_view text) {
+  return text.substr(0, kSheetStart).find(kSheetRoot) != text.npos;
+}
+
 bool looksLikeWorksheet(const PartBytes& bytes) {
-  const std::string text = bytes.path.empty() ? std::string() : readTemporaryFile(bytes.path);
-  const std::string_view view = bytes.path.empty() ? bytes.block.view() : std::string_view(text);
-  return view.substr(0, kSheetStart).find(kSheetRoot) != view.npos;
+  return looksLikeWorksheet(bytes.path.empty() ? bytes.block.view() : std::string_view(readTemporaryFile(bytes.path)));
 }
 
 template <class Tag>

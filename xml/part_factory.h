@@ -26,6 +26,7 @@ struct PartBytes {
 // Whether the type is one of the four of a workbook's main part.
 bool isMainType(std::string_view contentType);
 // Whether an entry declared as plain XML begins as a sheet does.
+bool looksLikeWorksheet(std::string_view text);
 bool looksLikeWorksheet(const PartBytes& bytes);
 // Every part but the main part, sheets, styles and shared strings, which need their book. A part of an unknown kind
 // stays as it is.

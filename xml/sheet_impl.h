@@ -327,6 +327,8 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   void moveHyperlinks(const LineMove& move);
   void moveOwnFilter(const LineMove& move);
   void moveTables(const LineMove& move);
+  void moveCarriedParts(const LineMove& move);
+  void moveExtensions(const LineMove& move);
 
   // ---- Names and links (sheet_names.cpp, sheet_links.cpp). A scope is the position of a sheet or kScopeWorkbook.
   int checkedScope(int scopeId) const;

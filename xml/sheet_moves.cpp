@@ -5,12 +5,14 @@
 #include "xml/book_impl.h"
 #include "xml/bound_list.h"
 #include "xml/break_list.h"
+#include "xml/carried_moves.h"
 #include "xml/column_ranges.h"
 #include "xml/comment_tree.h"
 #include "xml/comments.h"
 #include "xml/drawing.h"
 #include "xml/filter_moves.h"
 #include "xml/name_reference.h"
+#include "xml/package_links.h"
 #include "xml/package_names.h"
 #include "xml/picture_anchors.h"
 #include "xml/sheet_impl.h"
@@ -100,6 +102,8 @@ void XMLSheetImplT<Tag>::moveLines(const LineMove& move, bool updateNamedRanges)
   moveTables(move);
   if (auto* drawing = findDrawing()) moveAnchors(static_cast<typename Flavour<Tag>::DrawingRoot&>(*drawing), move);
   if (auto* comments = findComments()) moveComments(*comments, move);
+  moveCarriedParts(move);
+  moveExtensions(move);
   moveNames(move, updateNamedRanges);
 }
 
@@ -288,6 +292,58 @@ void XMLSheetImplT<Tag>::moveOwnFilter(const LineMove& move) {
   if (isLeft) return;
   this->unset_autoFilter();
   removeName(kFilterDatabase, _book->positionOf(*this));
+}
+
+// Parts of the sheet that nobody here reads otherwise: the boxes of the comments and their threads, pivot tables.
+template <class Tag>
+void XMLSheetImplT<Tag>::moveCarriedParts(const LineMove& move) {
+  const auto change = [&](const std::string& name, const auto& moved) {
+    const auto* part = _book->parts().template findAs<BinaryFile>(name);
+    if (part == nullptr) return;
+    const std::string_view text(reinterpret_cast<const char*>(part->data()), part->size());
+    const std::string now = moved(text, move);
+    if (now != text) _book->parts().add(name, std::make_unique<BinaryFile>(now.data(), now.size()));
+  };
+  if constexpr (requires { this->find_legacyDrawing(); }) {
+    if (const auto* legacy = this->find_legacyDrawing()) change(linkedPart(legacy->get_r_id()), movedLegacyDrawing);
+  }
+  const std::string own = _book->partNameOf(*this);
+  Relationships* links = _book->relationshipsOf(own);
+  if (links == nullptr) return;
+  const auto changeAll = [&](std::string_view type, const auto& moved) {
+    for (std::string target = links->findByType(type); !target.empty(); target = links->nextByType()) {
+      change(targetKey(partDirectory(own), target), moved);
+    }
+  };
+  changeAll(relationship_type::kThreadedComments, movedThreadedComments);
+  changeAll(relationship_type::kPivotTable, movedPivotTable);
+  changeAll(relationship_type::kStrictPivotTable, movedPivotTable);
+}
+
+// Conditional formats, validations, sparklines and more of later versions of the format.
+template <class Tag>
+void XMLSheetImplT<Tag>::moveExtensions(const LineMove& move) {
+  auto* list = this->find_extLst();
+  auto* extensions = list == nullptr ? nullptr : list->find_EG_ExtensionList();
+  if (extensions == nullptr) return;
+  eraseItems(
+      extensions->size_ext(), [&](std::size_t i) -> auto& { return extensions->get_ext(i); },
+      [&](std::size_t i) { extensions->erase_ext(i); },
+      [&](auto& extension) {
+        for (std::size_t i = extension.size_any(); i-- > 0;) {
+          lmx::any_item item = extension.get_any(i);
+          auto moved = movedExtension(item.text, move);
+          if (!moved) {
+            extension.erase_any(i);
+            if (extension.size_any() == 0) return true;
+          } else if (*moved != item.text) {
+            item.text = std::move(*moved);
+            extension.set_any(i, std::move(item));
+          }
+        }
+        return false;
+      });
+  if (extensions->size_ext() == 0) this->unset_extLst();
 }
 
 // A table of which nothing is left goes with its part. The header cells of columns that came in bear their names.

@@ -137,8 +137,9 @@ class Documents(unittest.TestCase):
             pictured.add(page.stem)
             with tempfile.TemporaryDirectory() as name:
                 folder = self.folder_with_data(name)
-                self.runner.run(blocks_of(page)[0], folder)
-                dump = self.runner.start(["rubrica-dump", "--styles", f"{page.stem}.xls"], folder)
+                block = blocks_of(page)[0]
+                self.runner.run(block, folder)
+                dump = self.runner.start(["rubrica-dump", "--styles", snippets.book_of(page.stem, block)], folder)
             digest = hashlib.sha256(dump.stdout.encode()).hexdigest()
             self.assertEqual(digest, noted.get(page.stem), f"{page.stem}: ./dev pictures makes the picture anew")
             self.assertTrue((COOKBOOK / f"pictures/{page.stem}.png").exists(), page.stem)

@@ -56,6 +56,11 @@ def blocks_of(page, text):
     return found
 
 
+def book_of(recipe, block):
+    """The workbook that a recipe of the cookbook makes: named after the page, of either form."""
+    return f"{recipe}.xlsx" if f"{recipe}.xlsx" in block.text else f"{recipe}.xls"
+
+
 class Runner:
     """Runs blocks with what is installed below a prefix, as a user would who has nothing else."""
 

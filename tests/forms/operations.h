@@ -1,5 +1,5 @@
-// Test support: every operation of a sheet, as something to do and something to read afterwards. The tests walk the
-// list in both file forms, and the table of differences between the forms is made from it.
+// Test support: every operation of the interfaces, as something to do and something to read afterwards. The tests walk
+// the list in both file forms, and the table of differences between the forms is made from it.
 #pragma once
 
 #include <functional>
@@ -25,5 +25,10 @@ struct Outcome {
 Outcome outcomeOf(const Operation& operation, const Form& form);
 
 std::vector<Operation> sheetOperations();
+std::vector<Operation> bookOperations();
+std::vector<Operation> styleOperations();
+std::vector<Operation> filterOperations();
+// All of them.
+std::vector<Operation> allOperations();
 
 }  // namespace rubrica::test

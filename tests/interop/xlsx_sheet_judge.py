@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Lets other programs read the structure of an .xlsx book of ours: widths, outline, merges, page setup, names and more.
 
-usage: xlsx_sheet_judge.py JUDGE SAMPLE_WRITER
+usage: xlsx_sheet_judge.py JUDGE SAMPLE_WRITER [strict]
 JUDGE is openpyxl, libreoffice or gnumeric. The two applications convert the book, and openpyxl reads what they made of
-it. Skipped, with a word, where the judge or openpyxl is missing. The anchors of pictures are read from the package itself, since openpyxl
-takes pictures only where an imaging library is installed.
+it; with "strict" the book is of the strict dialect, which openpyxl by itself doesn't read. Skipped, with a word, where the
+judge or openpyxl is missing. The anchors of pictures are read from the package itself, since openpyxl takes pictures only
+where an imaging library is installed.
 """
 import pathlib
 import re
@@ -27,7 +28,7 @@ except ImportError:
 DRAWING = "{http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing}"
 UNITS = 9525  # of a drawing in a pixel
 
-# What a judge writes otherwise than the file says, by the name of the fact. Each was seen with files of other makers too.
+# What a judge writes otherwise than the file says, by the name of the fact: what it makes of the book, not what it read.
 LIBREOFFICE_WAYS = {
     "collapsed mark behind them": (False, False),  # it keeps the hiding of a group in the group alone
     "panes": None, "zoom": 100, "gridlines of the view": True,  # a conversion has no view; xlsx_views_judge.py asks a document that is open
@@ -168,11 +169,11 @@ def as_seen_by(judge, path, work):
 
 def main():
     warnings.simplefilter("ignore")
-    judge, writer = sys.argv[1:3]
+    judge, writer, *dialect = sys.argv[1:]
     with tempfile.TemporaryDirectory() as work:
         path, out = pathlib.Path(work) / "structure.xlsx", pathlib.Path(work) / "seen"
         out.mkdir()
-        subprocess.run([writer, str(path)], check=True, timeout=60)
+        subprocess.run([writer, str(path), *dialect], check=True, timeout=60)
         seen = as_seen_by(judge, path, out)
         if seen is None:
             print(f"skipped: {judge} is not on this machine")

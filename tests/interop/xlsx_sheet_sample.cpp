@@ -6,6 +6,7 @@
 #include <string>
 
 #include "engine/book.h"
+#include "xml/book_impl.h"
 
 namespace {
 
@@ -127,11 +128,13 @@ void pictures(Book* book, Sheet* sheet) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: xlsx_sheet_sample FILE.xlsx\n");
+  const bool isStrict = argc == 3 && std::strcmp(argv[2], "strict") == 0;
+  if (argc != 2 && !isStrict) {
+    std::fprintf(stderr, "usage: xlsx_sheet_sample FILE.xlsx [strict]\n");
     return 2;
   }
-  Book* book = createXmlBook();
+  // A new book is transitional; the other dialect is otherwise met in files alone.
+  Book* book = isStrict ? new XMLBookImplT<excelStrict_tag>() : createXmlBook();
   Sheet* sheet = book->addSheet(u"Operations");
   structure(sheet);
   page(sheet);

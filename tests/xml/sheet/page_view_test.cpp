@@ -174,5 +174,14 @@ TYPED_TEST(XmlPages, NamesOfSheetsAreChecked) {
   EXPECT_EQ(this->message(), "warning: sheet's name is cut to 31 characters");
 }
 
+// One that the workbook lists nowhere.
+TYPED_TEST(XmlPages, ASheetWithoutABookHasNoName) {
+  XMLSheetImplT<TypeParam> alone(*this->book);
+  EXPECT_EQ(alone.name(), nullptr);
+  EXPECT_EQ(this->message(), "sheet doen't have relationship with book");
+  alone.setName(u"Mine");
+  EXPECT_EQ(this->message(), "sheet doen't have relationship with book");
+}
+
 }  // namespace
 }  // namespace rubrica::test

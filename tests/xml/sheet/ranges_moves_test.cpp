@@ -100,6 +100,9 @@ TYPED_TEST(XmlRanges, EverythingThatNamesCellsMovesWithThem) {
   auto& formatting = s->append_conditionalFormatting();
   formatting.set_sqref({"E10", "A1"});
   formatting.append_cfRule().set_priority(1);
+  auto& guarded = s->get_protectedRanges().append_protectedRange();
+  guarded.set_name("mine");
+  guarded.set_sqref({"E10:E12"});
   s->setNamedRange(u"spot", 9, 10, 4, 5, -1, false);
   s->setPrintArea(0, 20, 0, 9);
   s->setPrintRepeatRows(9, 9);
@@ -121,6 +124,7 @@ TYPED_TEST(XmlRanges, EverythingThatNamesCellsMovesWithThem) {
   EXPECT_EQ(s->get_ignoredErrors().get_ignoredError(0).get_sqref(), std::vector<std::string>{"F12"});
   EXPECT_EQ(s->get_dataValidations().get_dataValidation(0).get_sqref(), std::vector<std::string>{"F12"});
   EXPECT_EQ(s->get_conditionalFormatting(0).get_sqref(), (std::vector<std::string>{"F12", "B1"}));
+  EXPECT_EQ(s->get_protectedRanges().get_protectedRange(0).get_sqref(), std::vector<std::string>{"F12:F14"});
   EXPECT_TRUE(s->getNamedRange(u"spot", &r1, &r2, &c1, &c2, -1, nullptr));
   EXPECT_EQ(std::tie(r1, r2, c1, c2), std::make_tuple(11, 12, 5, 6));
   EXPECT_TRUE(s->printArea(&r1, &r2, &c1, &c2));
@@ -141,6 +145,12 @@ TYPED_TEST(XmlRanges, WhatIsRemovedTakesItsMarksAlong) {
   s->addIgnoredError(9, 4, 9, 4, 4);
   s->addDataValidationDouble(ValidationType::whole, ValidationOperator::equal, 9, 9, 4, 4, 5, 0, true, false, true,
                              true, nullptr, nullptr, nullptr, nullptr, ValidationErrorStyle::stop);
+  auto& formatting = s->append_conditionalFormatting();
+  formatting.set_sqref({"E10", "A11"});
+  formatting.append_cfRule().set_priority(1);
+  auto& guarded = s->get_protectedRanges().append_protectedRange();
+  guarded.set_name("mine");
+  guarded.set_sqref({"E10"});
   s->setNamedRange(u"spot", 9, 9, 4, 4, -1, false);
   s->setPrintArea(9, 9, 0, 9);
   s->autoFilter()->setRef(9, 12, 4, 6);
@@ -153,6 +163,8 @@ TYPED_TEST(XmlRanges, WhatIsRemovedTakesItsMarksAlong) {
   EXPECT_EQ(s->getHorzPageBreakSize(), 0);
   EXPECT_FALSE(s->isset_ignoredErrors());
   EXPECT_FALSE(s->isset_dataValidations());
+  EXPECT_EQ(s->size_conditionalFormatting(), 0U);
+  EXPECT_FALSE(s->isset_protectedRanges());
   EXPECT_FALSE(s->isset_autoFilter());
   EXPECT_FALSE(s->printArea(nullptr, nullptr, nullptr, nullptr));
   EXPECT_FALSE(s->getNamedRange(u"spot", nullptr, nullptr, nullptr, nullptr, -1, nullptr));
