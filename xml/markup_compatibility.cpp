@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "xml/markup_resolver.h"
+#include "xml/part_encoding.h"
 
 namespace rubrica {
 namespace {
@@ -16,6 +17,11 @@ bool mentionsMarkupCompatibility(std::string_view text) {
 }  // namespace
 
 ResolvedMarkup::ResolvedMarkup(std::string_view text, const lmx::root_descriptor& root) : _given(text) {
+  const auto converted = utf8OfUtf16(text);
+  resolve(converted ? *converted : text, root);
+}
+
+void ResolvedMarkup::resolve(std::string_view text, const lmx::root_descriptor& root) {
   if (!mentionsMarkupCompatibility(text)) return;
   MarkupResolver resolver(text, root);
   if (!resolver.isNeeded()) return;

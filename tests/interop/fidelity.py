@@ -156,8 +156,8 @@ def check(dump, bench, path, work, details):
         seen.changed[OUR_READING] = f" ({changes[0]})" if details else ""
     else:
         seen.same.append(OUR_READING)
-    rules = judge.rules_of(path, charted)
-    if judge.PACKAGE_SUBJECTS:
+    if judge.PACKAGE_SUBJECTS:  # seen without a reader, so also of books that the reader can't open
+        rules = judge.rules_of(path, charted)
         compare(seen, judge.PACKAGE_SUBJECTS, judge.look_into(path), judge.look_into(saved), rules, details)
     try:
         before = judge.look(dump, path)
@@ -171,7 +171,7 @@ def check(dump, bench, path, work, details):
         return seen
     if charted:
         before, after = without_charted(before, charted), without_charted(after, charted)
-    compare(seen, judge.SUBJECTS, before, after, rules, details)
+    compare(seen, judge.SUBJECTS, before, after, judge.rules_of(path, charted), details)
     saved.unlink()
     return seen
 
