@@ -18,12 +18,9 @@ bool mentionsMarkupCompatibility(std::string_view text) {
 
 ResolvedMarkup::ResolvedMarkup(std::string_view text, const lmx::root_descriptor& root) : _given(text) {
   const auto converted = utf8OfUtf16(text);
-  resolve(converted ? *converted : text, root);
-}
-
-void ResolvedMarkup::resolve(std::string_view text, const lmx::root_descriptor& root) {
-  if (!mentionsMarkupCompatibility(text)) return;
-  MarkupResolver resolver(text, root);
+  const std::string_view readable = converted ? *converted : text;
+  if (!mentionsMarkupCompatibility(readable)) return;
+  MarkupResolver resolver(readable, root);
   if (!resolver.isNeeded()) return;
   _isChanged = resolver.resolve(_resolved);
   if (_isChanged) _dropped = resolver.dropped();

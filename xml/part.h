@@ -11,7 +11,6 @@
 #include "engine/xlerror.h"
 #include "lmx/elmx_error.h"
 #include "xml/markup_compatibility.h"
-#include "xml/part_encoding.h"
 #include "xml/part_repair.h"
 
 namespace rubrica {
@@ -101,8 +100,7 @@ void XmlFile<Root>::bind(std::string_view text, const Unmarshal& unmarshal) {
   root = Root();
   const lmx::elmx_error code = unmarshal(root, text);
   if (code == lmx::ELMX_OK) return;
-  const auto converted = utf8OfUtf16(text);
-  const auto repaired = repairedPart(converted ? *converted : text, Root::kRoot, code);
+  const auto repaired = repairedPart(text, Root::kRoot, code);
   if (!repaired) throwBindingError(code);
   root = Root();
   if (const auto again = unmarshal(root, *repaired)) throwBindingError(again);

@@ -132,8 +132,9 @@ TYPED_TEST(PartForms, EveryKindOfPartMayUseAnyPrefix) {
   this->expectEveryKindOfPart();
 }
 
-// A text in UTF-16 with its mark and declaration, in either byte order.
-std::string inUtf16(const std::string& text, bool isBigEndian) {
+// A text in UTF-16 with its mark and a declaration of it in place of its own, in either byte order.
+std::string inUtf16(const std::string& part, bool isBigEndian) {
+  const std::string text = part.starts_with("<?") ? part.substr(part.find("?>") + 2) : part;
   const std::u16string units =
       u"\xFEFF<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + platform::utf16FromUtf8Lossy(text);
   std::string bytes;
@@ -148,9 +149,7 @@ TYPED_TEST(PartForms, EveryKindOfPartMayBeUtf16) {
   this->addEveryKindOfPart();
   for (TestEntry& part : this->entries) {
     if (!part.name.ends_with(".xml") && !part.name.ends_with(".rels")) continue;
-    const std::string text =
-        part.content.starts_with("<?") ? part.content.substr(part.content.find("?>") + 2) : part.content;
-    part.content = inUtf16(text, part.name.size() % 2 == 0);
+    part.content = inUtf16(part.content, part.name.size() % 2 == 0);
   }
   ASSERT_TRUE(this->load(this->entries)) << this->message();
   this->expectEveryKindOfPart();
@@ -169,8 +168,7 @@ TYPED_TEST(PartForms, PartsInUtf16AreReadWithTheirMarkupCompatibilityAndRepairs)
   for (const bool isBigEndian : {false, true}) {
     entry(this->entries, "xl/worksheets/sheet1.xml").content = inUtf16(sheet, isBigEndian);
     entry(this->entries, "xl/worksheets/sheet2.xml").content = inUtf16(repaired, isBigEndian);
-    entry(this->entries, "xl/workbook.xml").content =
-        inUtf16(main.substr(main.starts_with("<?") ? main.find("?>") + 2 : 0), isBigEndian);
+    entry(this->entries, "xl/workbook.xml").content = inUtf16(main, isBigEndian);
     ASSERT_TRUE(this->load(this->entries)) << this->message();
     EXPECT_EQ(this->numberAt(0), 41);
     EXPECT_EQ(this->book.getSheet(0)->mergeSize(), 1);
