@@ -12,6 +12,7 @@
 #include "tools/progress.h"
 #include "tools/record_names.h"
 #include "tools/record_stream.h"
+#include "tools/sheet_facts.h"
 
 namespace rubrica::tools {
 namespace {
@@ -99,7 +100,7 @@ class Dump {
     dumpHyperlinks(sheet);
     _json.member("pictures", sheet.pictureSize());
     dumpNames(sheet);
-    _json.member("comments", countComments(sheet));
+    _json.member("comments", static_cast<int>(comments(_book, sheet).size()));
     _json.endObject().endObject();
     print(_json);
   }
@@ -136,19 +137,10 @@ class Dump {
     _json.endArray();
   }
 
-  static int countComments(Sheet& sheet) {
-    int count = 0;
-    for (int row = sheet.firstRow(); row < sheet.lastRow(); ++row) {
-      for (int col = sheet.firstCol(); col < sheet.lastCol(); ++col) {
-        if (sheet.readComment(row, col) != nullptr) ++count;
-      }
-    }
-    return count;
-  }
-
   void dumpCells(Sheet& sheet, int index) {
-    for (int row = sheet.firstRow(); row < sheet.lastRow(); ++row) {
-      for (int col = sheet.firstCol(); col < sheet.lastCol(); ++col) {
+    const int lastRow = sheet.lastRow(), firstCol = sheet.firstCol(), lastCol = sheet.lastCol();
+    for (int row = sheet.firstRow(); row < lastRow; ++row) {
+      for (int col = firstCol; col < lastCol; ++col) {
         const CellType type = sheet.cellType(row, col);
         if (type == CellType::empty && !sheet.isFormula(row, col)) continue;
         _json.beginObject().key("cell").beginObject();

@@ -102,15 +102,12 @@ void BookCopy::copyName(const Pair& sheets, const NamedRange& name) {
 }
 
 void BookCopy::copyComments(const Pair& sheets) {
-  for (int row = sheets.from->firstRow(); row < sheets.from->lastRow(); ++row) {
-    for (int col = sheets.from->firstCol(); col < sheets.from->lastCol(); ++col) {
-      const std::u16string comment = owned(sheets.from->readComment(row, col));
-      if (comment.empty() || !fits(sheets, {row, row, col, col}, "the comment is outside the sheet")) continue;
-      sheets.to->writeComment(row, col, comment.c_str());
-      const std::string why = reason();
-      if (owned(sheets.to->readComment(row, col)) != comment) {
-        _losses.addAt(sheets.name + "!" + addressText(row, col), "the comment is lost" + why);
-      }
+  for (const auto& [row, col, text] : comments(*_source.book, *sheets.from)) {
+    if (text.empty() || !fits(sheets, {row, row, col, col}, "the comment is outside the sheet")) continue;
+    sheets.to->writeComment(row, col, text.c_str());
+    const std::string why = reason();
+    if (owned(sheets.to->readComment(row, col)) != text) {
+      _losses.addAt(sheets.name + "!" + addressText(row, col), "the comment is lost" + why);
     }
   }
 }

@@ -15,6 +15,8 @@ constexpr const char* kSubjectNames[] = {"values", "formulas", "formats",  "comm
 // Rows past this are looked at only as far as the sheet is used: a million of them would take longer than all the rest.
 constexpr int kRowsAlwaysRead = 65536;
 
+constexpr std::string_view kNoComments = "error in readComment";
+
 // Print areas, print titles and filters are stored as names too, and so are functions that a file form is too old to
 // know; they are read as what they are.
 bool isBuiltIn(std::u16string_view name) {
@@ -78,11 +80,8 @@ class Collector {
   }
 
   void comments() {
-    for (int row = _sheet.firstRow(); row < _sheet.lastRow(); ++row) {
-      for (int col = _sheet.firstCol(); col < _sheet.lastCol(); ++col) {
-        const char16_t* comment = _sheet.readComment(row, col);
-        if (comment != nullptr) put(Subject::comments, "comment " + addressText(row, col), text(comment));
-      }
+    for (const CellComment& comment : tools::comments(_book, _sheet)) {
+      put(Subject::comments, "comment " + addressText(comment.row, comment.col), narrowText(comment.text));
     }
   }
 
@@ -217,6 +216,21 @@ std::vector<CellRange> merges(Sheet& sheet) {
     if (sheet.merge(i, &range.rowFirst, &range.rowLast, &range.colFirst, &range.colLast)) ranges.push_back(range);
   }
   return ranges;
+}
+
+std::vector<CellComment> comments(Book& book, Sheet& sheet) {
+  std::vector<CellComment> found;
+  const int lastRow = sheet.lastRow(), firstCol = sheet.firstCol(), lastCol = sheet.lastCol();
+  for (int row = sheet.firstRow(); row < lastRow; ++row) {
+    for (int col = firstCol; col < lastCol; ++col) {
+      const char16_t* text = sheet.readComment(row, col);
+      if (text != nullptr) found.push_back({row, col, text});
+      // A sheet without a comments part says so in the first cell already; it may have millions of rows.
+      else if (book.errorMessage() == kNoComments)
+        return found;
+    }
+  }
+  return found;
 }
 
 std::vector<LineRun> rowRuns(Sheet& sheet, const std::string& form) {

@@ -52,6 +52,13 @@ struct Hyperlink {
 std::vector<Hyperlink> hyperlinks(Sheet& sheet);
 std::vector<CellRange> merges(Sheet& sheet);
 
+struct CellComment {
+  int row = 0, col = 0;
+  std::u16string text;
+};
+// The comments of the used cells, row by row.
+std::vector<CellComment> comments(Book& book, Sheet& sheet);
+
 // Rows or columns, in runs of neighbours that are alike, from the first one on without a gap. `form` is the file form
 // of the book, which says how many rows and columns a sheet has.
 struct LineRun {

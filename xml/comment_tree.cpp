@@ -16,18 +16,30 @@ std::string textOf(const comments::c_CT_Rst& rich) {
   return text;
 }
 
+constexpr int kRowShift = 32;
+
+std::uint64_t keyOf(int row, int col) {
+  return (std::uint64_t{static_cast<std::uint32_t>(row)} << kRowShift) | static_cast<std::uint32_t>(col);
+}
+
 }  // namespace
 
-std::optional<std::string> commentText(const comments::c_comments& root, int row, int col) {
+CommentPlaces::CommentPlaces(const comments::c_comments& root) {
   const auto* list = root.find_commentList();
   for (std::size_t i = 0; list != nullptr && i < list->size_comment(); ++i) {
-    const auto& comment = list->get_comment(i);
-    const auto place = addressIn(comment.get_ref());
-    if (!place || place->row != row || place->col != col) continue;
-    const auto* text = comment.find_text();
-    return text == nullptr ? std::string() : textOf(*text);
+    if (const auto place = addressIn(list->get_comment(i).get_ref()))
+      _positions.emplace(keyOf(place->row, place->col), i);
   }
-  return std::nullopt;
+}
+
+std::optional<std::size_t> CommentPlaces::find(int row, int col) const {
+  const auto found = _positions.find(keyOf(row, col));
+  return found == _positions.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::string commentText(const comments::c_comments& root, std::size_t position) {
+  const auto* text = root.find_commentList()->get_comment(position).find_text();
+  return text == nullptr ? std::string() : textOf(*text);
 }
 
 void moveComments(comments::c_comments& root, const LineMove& move) {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "xml/markup_resolver.h"
+#include "xml/part_encoding.h"
 
 namespace rubrica {
 namespace {
@@ -16,8 +17,10 @@ bool mentionsMarkupCompatibility(std::string_view text) {
 }  // namespace
 
 ResolvedMarkup::ResolvedMarkup(std::string_view text, const lmx::root_descriptor& root) : _given(text) {
-  if (!mentionsMarkupCompatibility(text)) return;
-  MarkupResolver resolver(text, root);
+  const auto converted = utf8OfUtf16(text);
+  const std::string_view readable = converted ? *converted : text;
+  if (!mentionsMarkupCompatibility(readable)) return;
+  MarkupResolver resolver(readable, root);
   if (!resolver.isNeeded()) return;
   _isChanged = resolver.resolve(_resolved);
   if (_isChanged) _dropped = resolver.dropped();

@@ -16,8 +16,8 @@ inline constexpr std::string_view kMarkupSign = "/markup-compatibility/";
 
 class ResolvedMarkup {
  public:
-  // `text` must outlive this object. The namespaces that `root`'s module binds are those that count as understood.
-  // Text that is not well-formed stays as it is from there on, for the binding to report.
+  // `text`, UTF-8 or UTF-16, must outlive this object; what changes is UTF-8. The namespaces that `root`'s module binds
+  // count as understood. Text that is not well-formed stays as it is from there on, for the binding to report.
   ResolvedMarkup(std::string_view text, const lmx::root_descriptor& root);
 
   std::string_view text() const { return _isChanged ? std::string_view(_resolved) : _given; }

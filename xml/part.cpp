@@ -7,6 +7,7 @@
 
 #include "platform/input_file.h"
 #include "platform/text.h"
+#include "xml/part_encoding.h"
 
 namespace rubrica {
 namespace {
@@ -63,6 +64,7 @@ bool hasMarkupToResolve(const std::string& path) {
     window.resize(kept + static_cast<std::size_t>(file.gcount()));
     if (isFirst && window.empty()) throw xlerror("data is empty");
     if (window.size() == kept) return false;
+    if (isFirst && looksLikeUtf16(window)) return true;
     if (window.find(kMarkupSign) != window.npos) return true;
   }
 }

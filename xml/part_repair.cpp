@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "lmx/text.h"
+#include "xml/part_encoding.h"
 
 namespace rubrica {
 namespace {
@@ -151,7 +152,9 @@ class PartRepair {
 std::optional<std::string> repairedPart(std::string_view text, const lmx::root_descriptor& root, lmx::elmx_error code) {
   const bool isKnown =
       code == lmx::ELMX_LENGTH_TOO_SHORT || code == lmx::ELMX_BAD_END_OF_ELEMENT || code == lmx::ELMX_ELEMENT_NOT_FOUND;
-  return isKnown ? PartRepair(text, root).run() : std::nullopt;
+  if (!isKnown) return std::nullopt;
+  const auto converted = utf8OfUtf16(text);
+  return PartRepair(converted ? *converted : text, root).run();
 }
 
 }  // namespace rubrica

@@ -5,7 +5,6 @@
 #include "engine/address.h"
 #include "engine/picture_header.h"
 #include "xml/book_impl.h"
-#include "xml/comment_tree.h"
 #include "xml/comments.h"
 #include "xml/drawing.h"
 #include "xml/package_links.h"
@@ -244,8 +243,11 @@ template <class Tag>
 typename XMLSheetImplT<Tag>::Text XMLSheetImplT<Tag>::readComment(int row, int col) {
   return guarded(_book->lastMessage(), Text{}, [&]() -> Text {
     const Comments* comments = findComments();
-    if (comments == nullptr) throw xlerror("error in readComment");
-    const auto text = commentText(*comments, row, col);
+    if (comments == nullptr) {  // the usual case, asked for cell by cell: an exception each would be slow
+      _book->lastMessage().setMessage("error in readComment");
+      return nullptr;
+    }
+    const auto text = comments->text(row, col);
     if (!text) return nullptr;
     fromXstring(*text, _text);
     return _text.c_str();

@@ -101,7 +101,7 @@ void XMLSheetImplT<Tag>::moveLines(const LineMove& move, bool updateNamedRanges)
   moveOwnFilter(move);
   moveTables(move);
   if (auto* drawing = findDrawing()) moveAnchors(static_cast<typename Flavour<Tag>::DrawingRoot&>(*drawing), move);
-  if (auto* comments = findComments()) moveComments(*comments, move);
+  if (auto* comments = findComments()) comments->move(move);
   moveCarriedParts(move);
   moveExtensions(move);
   moveNames(move, updateNamedRanges);

@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """Loads every workbook of some folders, saves it, and tells subject by subject what came through unchanged.
 
-usage: fidelity.py DUMP BENCH FOLDER... [--markdown FILE]
+usage: fidelity.py DUMP BENCH FOLDER... [--markdown FILE] [--details]
 Prints a table a file form: files, how many loaded, why others did not, and for each subject how many files show the same
 before and after. Exits with 1 when a file that loads shows a difference that no known rule explains.
 """
 import argparse
 import collections
+import concurrent.futures
+import dataclasses
+import os
 import pathlib
 import subprocess
 import sys
@@ -21,20 +24,27 @@ FORMS = {".xls": ("xls", fidelity_xls), ".xlsx": ("xlsx", fidelity_xlsx), ".xlsm
 
 
 OUR_READING = "values, by our own reading of both files"
+READABLE = "sheet order and states"  # where a file counts that can't be read any more
 
-# What a load and a save changes knowingly: (name, reason, the subjects that it touches).
-BIFF5 = ("BIFF5", "a BIFF5 book becomes BIFF8: formula tokens of names take their other form, the colour of a bottom border "
-                  "keeps one bit, drawings and comments go", {"names", "borders", "comments", "pictures and drawings"})
-CHART = ("chart", "a sheet with an embedded chart keeps its records from the chart on and becomes a chart sheet",
-         {"names", "pictures and drawings"})
-RULES = (BIFF5, CHART)
+
+@dataclasses.dataclass
+class Seen:
+    """What was seen of one file; `changed` and `explained` by subject."""
+    name: str
+    form: str
+    refused: str = ""
+    unjudged: str = ""
+    same: list = dataclasses.field(default_factory=list)
+    changed: dict = dataclasses.field(default_factory=dict)
+    explained: dict = dataclasses.field(default_factory=dict)
 
 
 class Tally:
     """What was seen of one file form."""
 
-    def __init__(self, subjects):
-        self.subjects = (OUR_READING, *subjects)
+    def __init__(self, judge):
+        self.judge = judge
+        self.subjects = (OUR_READING, *judge.SUBJECTS, *judge.PACKAGE_SUBJECTS)
         self.files = self.loaded = self.judged = 0
         self.refused = collections.Counter()
         self.unjudged = collections.Counter()
@@ -42,6 +52,22 @@ class Tally:
         self.differing = collections.defaultdict(list)
         self.explained = collections.Counter()
         self.rules = collections.Counter()
+
+    def add(self, seen):
+        self.files += 1
+        if seen.refused:
+            self.refused[seen.refused] += 1
+            return
+        self.loaded += 1
+        if seen.unjudged:
+            self.unjudged[seen.unjudged] += 1
+        else:
+            self.judged += 1
+        self.same.update(seen.same)
+        for subject, what in seen.changed.items():
+            self.differing[subject].append(seen.name + what)
+        self.explained.update(seen.explained.keys())
+        self.rules.update({rule for rules in seen.explained.values() for rule in rules})
 
     def lines(self, form):
         yield f"### .{form}"
@@ -51,9 +77,9 @@ class Tally:
         for title, counter in (("not loaded", self.refused), ("not compared", self.unjudged)):
             for reason, count in counter.most_common():
                 yield f"- {title}: {count} x {reason}"
-        for name, reason, _ in RULES:
-            if self.rules[name]:
-                yield f"- rule \"{name}\" in {self.rules[name]} files: {reason}"
+        for rule in self.judge.RULES:
+            if self.rules[rule.name]:
+                yield f"- rule \"{rule.name}\" in {self.rules[rule.name]} files: {rule.reason}"
         yield ""
         yield "| subject | unchanged | changed by a rule above | changed otherwise |"
         yield "|---|---|---|---|"
@@ -80,51 +106,74 @@ def without_charted(seen, sheets):
     return kept
 
 
-def check(dump, bench, path, form, judge, tally, work):
-    tally.files += 1
+def compare(seen, subjects, before, after, rules, details):
+    """Enters each subject that is the same, that the rules explain, or that changed."""
+    for subject in subjects:
+        old, new = before[subject], after[subject]
+        if old == new:
+            # What a package doesn't have, such as macros, isn't counted as kept.
+            if old or subject not in FORMS["." + seen.form][1].PACKAGE_SUBJECTS:
+                seen.same.append(subject)
+            continue
+        reasons = [rule for rule in rules if subject in rule.subjects]
+        sufficient = [rule for rule in reasons if rule.alike is None or rule.alike(subject, old) == rule.alike(subject, new)]
+        if sufficient:
+            seen.explained[subject] = [sufficient[0].name]
+            continue
+        for rule in reasons:
+            old, new = rule.alike(subject, old), rule.alike(subject, new)
+        if old == new:
+            seen.explained[subject] = [rule.name for rule in reasons]
+        else:
+            seen.changed[subject] = f" ({first_difference(old, new)})" if details else ""
+
+
+def first_difference(old, new):
+    if isinstance(old, dict):
+        for key in [*old, *new]:
+            if old.get(key) != new.get(key):
+                return f"{key}: {str(old.get(key))[:300]} became {str(new.get(key))[:300]}"
+    return f"{[x for x in old if x not in new][:3]} became {[x for x in new if x not in old][:3]}"
+
+
+def check(dump, bench, path, work, details):
+    form, judge = FORMS[path.suffix.lower()]
+    seen = Seen(path.name, form)
     saved = pathlib.Path(work) / path.name
     try:
         sheets = [item["sheet"] for item in views.dump(dump, path) if "sheet" in item]
     except RuntimeError as error:
-        tally.refused[short(error)] += 1
-        return
+        seen.refused = short(error)
+        return seen
     done = subprocess.run([bench, "resave", str(path), str(saved)], capture_output=True, text=True, timeout=600)
     if done.returncode != 0:
-        tally.differing["sheet order and states"].append(f"{path.name} (not saved: {short(done.stderr)})")
-        return
-    tally.loaded += 1
+        seen.changed[READABLE] = f" (not saved: {short(done.stderr)})"
+        return seen
     charted = {sheet["name"] for sheet in sheets if sheet["type"] != "sheet"} if form == "xls" else set()
     ours = [{name: cells for name, cells in views.ours(dump, book).items() if name not in charted} for book in (path, saved)]
-    if views.differences(*ours):
-        tally.differing[OUR_READING].append(path.name)
+    changes = views.differences(*ours)
+    if changes:
+        seen.changed[OUR_READING] = f" ({changes[0]})" if details else ""
     else:
-        tally.same[OUR_READING] += 1
+        seen.same.append(OUR_READING)
+    if judge.PACKAGE_SUBJECTS:  # seen without a reader, so also of books that the reader can't open
+        rules = judge.rules_of(path, charted)
+        compare(seen, judge.PACKAGE_SUBJECTS, judge.look_into(path), judge.look_into(saved), rules, details)
     try:
         before = judge.look(dump, path)
     except Exception as error:  # a reader raises whatever its parser meets
-        tally.unjudged[f"the reader can't open the original: {short(error)}"] += 1
-        return
+        seen.unjudged = f"the reader can't open the original: {short(error)}"
+        return seen
     try:
         after = judge.look(dump, saved)
     except Exception as error:
-        tally.differing["sheet order and states"].append(f"{path.name} (unreadable afterwards: {short(error)})")
-        return
-    tally.judged += 1
-    rules = []
+        seen.changed[READABLE] = f" (unreadable afterwards: {short(error)})"
+        return seen
     if charted:
         before, after = without_charted(before, charted), without_charted(after, charted)
-        rules.append(CHART)
-    if form == "xls" and judge.is_biff5(path):
-        rules.append(BIFF5)
-    for rule in rules:
-        tally.rules[rule[0]] += 1
-    for subject in judge.SUBJECTS:
-        if before[subject] == after[subject]:
-            tally.same[subject] += 1
-        elif any(subject in rule[2] for rule in rules):
-            tally.explained[subject] += 1
-        else:
-            tally.differing[subject].append(path.name)
+    compare(seen, judge.SUBJECTS, before, after, judge.rules_of(path, charted), details)
+    saved.unlink()
+    return seen
 
 
 def main():
@@ -133,16 +182,17 @@ def main():
     parser.add_argument("bench")
     parser.add_argument("folders", nargs="+")
     parser.add_argument("--markdown", help="write the tables to this file too")
+    parser.add_argument("--details", action="store_true", help="say what the first difference is")
     options = parser.parse_args()
     files = sorted(p for folder in options.folders for p in pathlib.Path(folder).glob("*") if p.suffix.lower() in FORMS)
     if not files:
         views.skip(f"no workbooks in {', '.join(options.folders)}")
     tallies = {}
-    with tempfile.TemporaryDirectory() as work:
-        for path in files:
-            form, judge = FORMS[path.suffix.lower()]
-            tally = tallies.setdefault(form, Tally(judge.SUBJECTS))
-            check(options.dump, options.bench, path, form, judge, tally, work)
+    with tempfile.TemporaryDirectory() as work, concurrent.futures.ProcessPoolExecutor(os.cpu_count()) as pool:
+        jobs = [pool.submit(check, options.dump, options.bench, path, work, options.details) for path in files]
+        for job in jobs:
+            seen = job.result()
+            tallies.setdefault(seen.form, Tally(fidelity_xls if seen.form == "xls" else fidelity_xlsx)).add(seen)
     text = "\n".join(line for form, tally in tallies.items() for line in tally.lines(form))
     print(text)
     if options.markdown:

@@ -2,6 +2,19 @@
 import io
 
 import workbook_views as views
+from fidelity_rule import Rule
+
+BIFF5 = Rule("BIFF5", "a BIFF5 book becomes BIFF8: formula tokens of names take their other form, the colour of a bottom "
+                      "border keeps one bit, drawings and comments go",
+             frozenset({"names", "borders", "comments", "pictures and drawings"}))
+CHART = Rule("chart", "a sheet with an embedded chart keeps its records from the chart on and becomes a chart sheet",
+             frozenset({"names", "pictures and drawings"}))
+RULES = (BIFF5, CHART)
+PACKAGE_SUBJECTS = ()
+
+
+def rules_of(path, charted):
+    return [rule for rule, applies in ((CHART, bool(charted)), (BIFF5, is_biff5(path))) if applies]
 
 # Records that drawings, text boxes and their pictures stand in, with the CONTINUE records behind them.
 DRAWING_RECORDS = {0x00EB, 0x00EC, 0x005D, 0x01B6}

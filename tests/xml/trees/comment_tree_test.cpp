@@ -14,11 +14,16 @@ std::string comment(const std::string& ref, const std::string& rich) {
   return "<comment ref=\"" + ref + "\" authorId=\"0\"><text>" + rich + "</text></comment>";
 }
 
+std::optional<std::string> commentText(const comments::c_comments& root, int row, int col) {
+  const auto position = CommentPlaces(root).find(row, col);
+  return position ? std::optional(rubrica::commentText(root, *position)) : std::nullopt;
+}
+
 TEST(CommentTrees, GiveTheTextOfTheCell) {
   comments::c_comments root;
   fill(root, commentsXml(comment("B2", "<t>plain</t>") +
                          comment("C3", "<r><rPr><b/></rPr><t>me:</t></r><r><t xml:space=\"preserve\"> runs</t></r>") +
-                         comment("D4", "")));
+                         comment("D4", "") + comment("B2", "<t>second</t>")));
   EXPECT_EQ(commentText(root, 1, 1), "plain");
   EXPECT_EQ(commentText(root, 2, 2), "me: runs");
   EXPECT_EQ(commentText(root, 3, 3), "");
