@@ -136,8 +136,17 @@ int fail(const char* what, Book& book) {
   return 1;
 }
 
+double processorSeconds(const rusage& usage) {
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
 int wholeLife(Book* (*create)() noexcept, const Dimension& dimension, int size) {
   const auto start = std::chrono::steady_clock::now();
+  rusage before{};
+  getrusage(RUSAGE_SELF, &before);
   const BookPtr book(create());
   if (!dimension.fill(*book, size)) return fail("filling", *book);
   const void* data = nullptr;
@@ -149,7 +158,8 @@ int wholeLife(Book* (*create)() noexcept, const Dimension& dimension, int size) 
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
-  std::printf("seconds=%.6f peakKB=%ld bytes=%zu cells=%ld\n", taken.count(), usage.ru_maxrss, bytes, cells);
+  std::printf("seconds=%.6f processor=%.6f peakKB=%ld bytes=%zu cells=%ld\n", taken.count(),
+              processorSeconds(usage) - processorSeconds(before), usage.ru_maxrss, bytes, cells);
   return 0;
 }
 
