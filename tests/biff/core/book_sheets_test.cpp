@@ -15,7 +15,7 @@ using test::savedRecords;
 using test::substream;
 using test::textOf;
 
-test::BookPtr bookOf(std::initializer_list<const char16_t*> names) {
+BookPtr bookOf(std::initializer_list<const char16_t*> names) {
   auto book = newBook();
   for (const char16_t* name : names) EXPECT_NE(book->addSheet(name), nullptr);
   return book;
