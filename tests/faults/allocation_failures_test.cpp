@@ -11,7 +11,6 @@ namespace rubrica {
 namespace {
 
 using test::BookForm;
-using test::BookPtr;
 using test::FailingAllocation;
 
 class AllocationFailures : public testing::TestWithParam<BookForm> {

@@ -11,7 +11,6 @@ namespace rubrica {
 namespace {
 
 using test::BookForm;
-using test::BookPtr;
 
 struct RangeOperation {
   const char* name;

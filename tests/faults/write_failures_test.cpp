@@ -13,7 +13,6 @@ namespace rubrica {
 namespace {
 
 using test::BookForm;
-using test::BookPtr;
 
 // No file of this process grows beyond `bytes` while this lives.
 class FileSizeLimit {

@@ -11,7 +11,6 @@ namespace rubrica {
 namespace {
 
 using test::BookForm;
-using test::BookPtr;
 
 constexpr int kThreads = 4, kRounds = 20;
 
