@@ -85,10 +85,12 @@ std::vector<Operation> formatOperations() {
           "rotation setRotation", "rotation in degrees; 255 is upright letters one below the other",
           [](Format& format) { format.setRotation(135); },
           [](Format& format) {
-            const std::string set = join(format.rotation(), format.setRotation(181), format.rotation());
-            return join(set, format.setRotation(255), format.rotation());
+            const int kept = format.rotation();
+            const bool isRefused = !format.setRotation(181);
+            format.setRotation(255);
+            return join(kept, isRefused, format.rotation());
           },
-          "135 0 135 1 255", "135 0 135 1 255"),
+          "135 1 255", "135 1 255"),
       ofFormat(
           "setBorder setBorderColor", "all sides of a border at once",
           [](Format& format) {
@@ -107,7 +109,7 @@ std::vector<Operation> formatOperations() {
             return join(format.borderLeftColor(), format.borderDiagonalColor(), format.patternForegroundColor(),
                         format.patternBackgroundColor());
           },
-          "", ""),
+          "64 0 64 65", "-1 -1 -1 -1"),
       {"font setFont", "a font of another book",
        [](B b) {
          FormBook other(*b.form);
