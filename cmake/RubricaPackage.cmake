@@ -124,7 +124,7 @@ install(TARGETS rubrica-bench rubrica-check rubrica-convert rubrica-diff rubrica
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/man/" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools
   FILES_MATCHING PATTERN "*.1")
 # As in the repository, so that the links between them lead somewhere.
-install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/HACKING.md"
+install(FILES README.md HACKING.md CONTRIBUTING.md CHANGELOG.md SECURITY.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "man" EXCLUDE)

@@ -21,7 +21,7 @@ NAVIGATION = (("Start", ("index", "tutorial_omnis", "tutorial_cpp", "cookbook/in
                              "reference/font", "reference/tabulix", "reference/constants", "omnis-run")),
               ("C++", ("reference/cpp_book", "reference/cpp_sheet", "reference/cpp_format", "reference/cpp_font",
                        "reference/cpp_auto_filter", "reference/cpp_enums", "reference/cpp_date_serial",
-                       "reference/cpp_address", "reference/cpp_xlerror")),
+                       "reference/cpp_address", "reference/cpp_book_ptr", "reference/cpp_xlerror")),
               ("Trust", ("state", "fidelity", "limits", "security", "performance", "reliability")),
               ("Change", ("CONTRIBUTING", "HACKING", "CHANGELOG")))
 STYLE = """

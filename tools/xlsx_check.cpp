@@ -25,8 +25,8 @@ CheckReport checkXlsx(std::span<const std::byte> file, Progress& progress) {
   CheckReport report;
   progress.begin("reading the parts");
   const PackageFile package = readPackage(file);
-  report.damage = package.damage;
-  if (package.opened) {
+  if (package.opened) {  // otherwise the load below says why not
+    report.damage = package.damage;
     report.complaints = packageComplaints(package);
     report.unmodelled = unmodelledContent(package);
   }

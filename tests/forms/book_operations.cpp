@@ -27,7 +27,7 @@ std::string defaultFontText(B b) {
 // What a fresh book says of a load.
 template <class Load>
 std::string loaded(B b, const Load& load) {
-  const std::unique_ptr<Book, Release> book(b.form->create());
+  const BookPtr book(b.form->create());
   if (!load(*book)) return std::string("[") + book->errorMessage() + "]";
   Sheet* first = book->sheetCount() > 0 ? book->getSheet(0) : nullptr;
   const std::string value = first == nullptr ? "-" : join(first->readNum(0, 0)) + ' ' + join(first->readNum(9, 0));
