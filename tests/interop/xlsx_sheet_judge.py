@@ -3,9 +3,9 @@
 
 usage: xlsx_sheet_judge.py JUDGE SAMPLE_WRITER [strict]
 JUDGE is openpyxl, libreoffice or gnumeric. The two applications convert the book, and openpyxl reads what they made of
-it; with "strict" the book is of the strict dialect, which openpyxl by itself doesn't read. Skipped, with a word, where the
-judge or openpyxl is missing. The anchors of pictures are read from the package itself, since openpyxl takes pictures only
-where an imaging library is installed.
+it; with "strict" the book is of the strict dialect, which of the three LibreOffice alone reads. Skipped, with a word,
+where the judge or openpyxl is missing. The anchors of pictures are read from the package itself, since openpyxl takes
+pictures only where an imaging library is installed.
 """
 import pathlib
 import re
@@ -51,7 +51,9 @@ GNUMERIC_WAYS = {
     "pictures": [(None, (1, 0, 2, 0), (2, 36, 4, 10)), (None, (1, 0, 8, 0), (4, 8, 13, 0)),
                  (None, (4, 30, 2, 10), (5, 26, 5, 10)), (None, (1, 0, 20, 0), (4, 8, 21, 10))],
 }
-OWN_WAYS = {"libreoffice": LIBREOFFICE_WAYS, "gnumeric": GNUMERIC_WAYS}
+# It leaves sheets of strict books unprotected, with a password or without, and so it takes their tab colour.
+STRICT_WAYS = {**LIBREOFFICE_WAYS, "tab": "FFFA0301", "protection": (False, True, True)}
+OWN_WAYS = {"libreoffice": LIBREOFFICE_WAYS, "libreoffice strict": STRICT_WAYS, "gnumeric": GNUMERIC_WAYS}
 
 
 def structure(sheet):
@@ -179,7 +181,7 @@ def main():
             print(f"skipped: {judge} is not on this machine")
             return libreoffice.SKIPPED
         checked = facts(seen)
-    own = OWN_WAYS.get(judge, {})
+    own = OWN_WAYS.get(" ".join([judge, *dialect]), {})
     unknown = set(own) - {name for name, _, _ in checked}
     wrong = [(name, theirs, wanted) for name, theirs, wanted in checked if theirs != own.get(name, wanted)]
     for name, theirs, wanted in wrong:
