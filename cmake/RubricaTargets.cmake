@@ -83,6 +83,11 @@ function(rubrica_bench name)
   target_link_libraries(${name} PRIVATE rubrica_warnings ${ARG_LIBRARIES} benchmark::benchmark_main)
 endfunction()
 
+# All libFuzzer targets and nothing else.
+if(RUBRICA_FUZZ)
+  add_custom_target(fuzz_targets)
+endif()
+
 # rubrica_fuzz(NAME SOURCES a_fuzz.cpp [USES folder ...] [SEEDS directory])
 # A libFuzzer target where RUBRICA_FUZZ is on. Elsewhere the same code with a main that replays files, run by
 # ctest over its seeds, so that it cannot rot.
@@ -98,6 +103,7 @@ function(rubrica_fuzz name)
   if(RUBRICA_FUZZ)
     target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
     target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    add_dependencies(fuzz_targets ${name})
   else()
     target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/fuzz/replay_main.cpp)
     if(ARG_SEEDS AND RUBRICA_TESTS)
