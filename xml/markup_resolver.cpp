@@ -5,6 +5,7 @@
 #include "engine/xlerror.h"
 #include "lmx/limits.h"
 #include "lmx/text.h"
+#include "xml/tag_scan.h"
 
 namespace rubrica {
 namespace {
@@ -129,20 +130,10 @@ bool MarkupResolver::readTag(std::size_t begin, Tag& tag) const {
   tag.begin = begin;
   tag.nameEnd = p;
   tag.name = _text.substr(begin + 1, p - begin - 1);
-  char quote = 0;
-  for (; p < _text.size(); ++p) {
-    const char c = _text[p];
-    if (quote != 0) {
-      if (c == quote) quote = 0;
-    } else if (c == '"' || c == '\'') {
-      quote = c;
-    } else if (c == '>') {
-      tag.end = p + 1;
-      tag.isEmpty = _text[p - 1] == '/';
-      return !tag.name.empty();
-    }
-  }
-  return false;
+  tag.end = endOfTag(_text, p);
+  if (tag.end == _text.npos) return false;
+  tag.isEmpty = _text[tag.end - 2] == '/';
+  return !tag.name.empty();
 }
 
 // Only tags with a colon, with a declaration or with an alternative's requirements have attributes that matter here.

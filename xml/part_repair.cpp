@@ -6,6 +6,7 @@
 
 #include "lmx/text.h"
 #include "xml/part_encoding.h"
+#include "xml/tag_scan.h"
 
 namespace rubrica {
 namespace {
@@ -57,7 +58,7 @@ class PartRepair {
     const std::size_t nameBegin = begin + (isEnd ? 2 : 1);
     std::size_t nameEnd = nameBegin;
     while (nameEnd < _text.size() && lmx::is_name_char(static_cast<unsigned char>(_text[nameEnd]))) ++nameEnd;
-    const std::size_t end = afterTag(nameEnd);
+    const std::size_t end = endOfTag(_text, nameEnd);
     if (end == std::string_view::npos) return end;
     const std::string_view name = _text.substr(nameBegin, nameEnd - nameBegin);
     const std::size_t colon = lmx::find_colon(name);
@@ -78,21 +79,6 @@ class PartRepair {
   std::size_t after(std::size_t position, std::string_view what) const {
     const std::size_t found = _text.find(what, position);
     return found == _text.npos ? found : found + what.size();
-  }
-
-  std::size_t afterTag(std::size_t position) const {
-    char quote = 0;
-    for (std::size_t p = position; p < _text.size(); ++p) {
-      const char c = _text[p];
-      if (quote != 0) {
-        if (c == quote) quote = 0;
-      } else if (c == '"' || c == '\'') {
-        quote = c;
-      } else if (c == '>') {
-        return p + 1;
-      }
-    }
-    return _text.npos;
   }
 
   void renameSide(std::size_t begin, std::string_view local) {

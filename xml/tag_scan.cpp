@@ -42,10 +42,10 @@ bool TagScan::passOther(std::size_t begin) {
   return true;
 }
 
-std::size_t TagScan::endOfTag(std::size_t position) const {
+std::size_t endOfTag(std::string_view text, std::size_t position) {
   char quote = 0;
-  for (std::size_t p = position; p < _text.size(); ++p) {
-    const char c = _text[p];
+  for (std::size_t p = position; p < text.size(); ++p) {
+    const char c = text[p];
     if (quote != 0) {
       if (c == quote) quote = 0;
     } else if (c == '"' || c == '\'') {
@@ -54,7 +54,7 @@ std::size_t TagScan::endOfTag(std::size_t position) const {
       return p + 1;
     }
   }
-  return _text.npos;
+  return text.npos;
 }
 
 bool TagScan::next(ScannedTag& tag) {
@@ -70,7 +70,7 @@ bool TagScan::next(ScannedTag& tag) {
     const std::size_t nameBegin = begin + (isEnd ? 2 : 1);
     std::size_t p = nameBegin;
     while (p < _text.size() && lmx::is_name_char(static_cast<unsigned char>(_text[p]))) ++p;
-    const std::size_t end = endOfTag(p);
+    const std::size_t end = endOfTag(_text, p);
     if (end == _text.npos) return false;
     const bool isEmpty = !isEnd && _text[end - 2] == '/' && end - 2 >= p;
     tag.kind = isEnd ? ScannedTag::Kind::end : isEmpty ? ScannedTag::Kind::empty : ScannedTag::Kind::start;

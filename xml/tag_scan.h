@@ -1,6 +1,6 @@
 // The tags of XML text, one after the other, with where they stand: for parts that are kept as text and changed at a
 // few places. Nothing is checked and no tag has to be closed, since VML isn't always well-formed. Used by carried_moves
-// and by the tools that look into packages.
+// and by the tools that look into packages; endOfTag by all that walk a part as text.
 #pragma once
 
 #include <cstddef>
@@ -22,6 +22,9 @@ struct ScannedTag {
   std::string_view attribute(std::string_view wanted) const;
 };
 
+// One past the ">" that ends the tag in which `position` stands, outside of quotes; npos where none does.
+std::size_t endOfTag(std::string_view text, std::size_t position);
+
 class TagScan {
  public:
   explicit TagScan(std::string_view text) : _text(text) {}
@@ -31,7 +34,6 @@ class TagScan {
 
  private:
   bool passOther(std::size_t begin);
-  std::size_t endOfTag(std::size_t position) const;
 
   std::string_view _text;
   std::size_t _position = 0;
