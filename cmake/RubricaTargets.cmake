@@ -64,6 +64,9 @@ function(rubrica_test folder)
   target_link_libraries(${name}_tests PRIVATE rubrica_warnings ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name}_tests PRIVATE
     RUBRICA_SOURCE_DIR="${PROJECT_SOURCE_DIR}" RUBRICA_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  # Every test reads the same headers of the framework: grouped they are read once for eight files, in a quarter of the
+  # time.
+  set_target_properties(${name}_tests PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   # Optimising assertions takes longer than running them: half of the time of a sanitizer build.
   target_compile_options(${name}_tests PRIVATE -O0)
   gtest_discover_tests(${name}_tests TEST_PREFIX "${folder}/" DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)

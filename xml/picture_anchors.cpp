@@ -107,22 +107,6 @@ std::uint32_t idOf(const Object* object) {
   return 0;
 }
 
-// One more than any id that an object on top of the drawing has: ids have to differ within a drawing.
-template <class Root>
-std::uint32_t freeId(const Root& root) {
-  std::uint32_t highest = 0;
-  const auto count = [&](const auto* anchor) {
-    if (anchor != nullptr) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
-  };
-  for (std::size_t i = 0; i < root.size_choice(); ++i) {
-    const auto& choice = root.get_choice(i);
-    count(choice.find_twoCellAnchor());
-    count(choice.find_oneCellAnchor());
-    count(choice.find_absoluteAnchor());
-  }
-  return highest + 1;
-}
-
 template <class Pic>
 void fillPic(Pic& pic, const PlacedPicture& picture, std::uint32_t id) {
   auto& named = pic.get_nvPicPr().get_cNvPr();
@@ -197,8 +181,22 @@ std::optional<std::int64_t> drawingUnits(const std::string& text) {
 }
 
 template <class Root>
-void placePicture(Root& root, const PlacedPicture& picture) {
-  const std::uint32_t id = freeId(root);
+std::uint32_t freeObjectId(const Root& root) {
+  std::uint32_t highest = 0;
+  const auto count = [&](const auto* anchor) {
+    if (anchor != nullptr) highest = std::max(highest, idOf(anchor->find_EG_ObjectChoices()));
+  };
+  for (std::size_t i = 0; i < root.size_choice(); ++i) {
+    const auto& choice = root.get_choice(i);
+    count(choice.find_twoCellAnchor());
+    count(choice.find_oneCellAnchor());
+    count(choice.find_absoluteAnchor());
+  }
+  return highest + 1;
+}
+
+template <class Root>
+void placePicture(Root& root, const PlacedPicture& picture, std::uint32_t id) {
   std::decay_t<decltype(root.append_choice())> added;
   auto& anchor = added.get_twoCellAnchor();
   anchor.set_editAs(std::string(editAsOf(picture.position)));
@@ -259,11 +257,13 @@ void moveAnchors(Root& root, const LineMove& move) {
   }
 }
 
-template void placePicture(drawing::c_wsDr&, const PlacedPicture&);
+template std::uint32_t freeObjectId(const drawing::c_wsDr&);
+template void placePicture(drawing::c_wsDr&, const PlacedPicture&, std::uint32_t);
 template std::size_t pictureCount(const drawing::c_wsDr&);
 template std::optional<PlacedPicture> pictureAt(const drawing::c_wsDr&, std::size_t);
 template void moveAnchors(drawing::c_wsDr&, const LineMove&);
-template void placePicture(strictdrawing::c_wsDr&, const PlacedPicture&);
+template std::uint32_t freeObjectId(const strictdrawing::c_wsDr&);
+template void placePicture(strictdrawing::c_wsDr&, const PlacedPicture&, std::uint32_t);
 template std::size_t pictureCount(const strictdrawing::c_wsDr&);
 template std::optional<PlacedPicture> pictureAt(const strictdrawing::c_wsDr&, std::size_t);
 template void moveAnchors(strictdrawing::c_wsDr&, const LineMove&);

@@ -34,9 +34,14 @@ struct PlacedPicture {
   std::string embedId, linkId;  // relationships of the drawing; either may be empty
 };
 
-// Appends a picture that is anchored at both corners. Width and height are those of the picture on the sheet.
+// One more than any id that an object on top of the drawing has: ids have to differ within a drawing.
 template <class Root>
-void placePicture(Root& root, const PlacedPicture& picture);
+std::uint32_t freeObjectId(const Root& root);
+
+// Appends a picture with this id that is anchored at both corners. Width and height are those of the picture on the
+// sheet.
+template <class Root>
+void placePicture(Root& root, const PlacedPicture& picture, std::uint32_t id);
 
 // Anchors that hold a picture; shapes, charts and groups don't count.
 template <class Root>

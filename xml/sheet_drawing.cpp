@@ -167,7 +167,8 @@ void XMLSheetImplT<Tag>::placeOnSheet(int row, int col, const BookPicture& pictu
   placed.to = cornerAt(row, col, right + width, down + height);
   placed.width = width * kDrawingUnitsPerPixel;
   placed.height = height * kDrawingUnitsPerPixel;
-  placePicture(static_cast<typename Flavour<Tag>::DrawingRoot&>(*findDrawing()), placed);
+  Drawing<Tag>& drawing = *findDrawing();
+  placePicture(static_cast<typename Flavour<Tag>::DrawingRoot&>(drawing), placed, drawing.takeObjectId());
   if (tooFarRight && tooFarDown) {
     _book->lastMessage().setMessage("warning: offset_x and offset_y exceed cell's size");
   } else if (tooFarRight) {

@@ -28,13 +28,13 @@ PlacedPicture picture() {
 TYPED_TEST(Drawings, GiveBackWhatWasPlaced) {
   EXPECT_EQ(pictureCount(this->root), 0U);
   EXPECT_FALSE(pictureAt(this->root, 0));
-  placePicture(this->root, picture());
+  placePicture(this->root, picture(), freeObjectId(this->root));
   PlacedPicture second = picture();
   second.from.row = 5;
   second.embedId.clear();
   second.linkId = "rId2";
   second.position = PicturePosition::absolute;
-  placePicture(this->root, second);
+  placePicture(this->root, second, freeObjectId(this->root));
   TypeParam loaded;
   fill(loaded, textOf(this->root));
   ASSERT_EQ(pictureCount(loaded), 2U);
@@ -51,9 +51,9 @@ TYPED_TEST(Drawings, GiveBackWhatWasPlaced) {
 }
 
 TYPED_TEST(Drawings, NumberTheirObjectsApart) {
-  placePicture(this->root, picture());
+  placePicture(this->root, picture(), freeObjectId(this->root));
   this->root.get_choice(0).get_twoCellAnchor().get_EG_ObjectChoices().get_pic().get_nvPicPr().get_cNvPr().set_id(41);
-  placePicture(this->root, picture());
+  placePicture(this->root, picture(), freeObjectId(this->root));
   EXPECT_EQ(countOf(textOf(this->root), "name=\"Picture 42\""), 1U);
 }
 
@@ -62,7 +62,7 @@ TYPED_TEST(Drawings, AnchorsMoveWithTheirCells) {
     TypeParam tree;
     PlacedPicture placed = picture();
     placed.position = position;
-    placePicture(tree, placed);
+    placePicture(tree, placed, freeObjectId(tree));
     moveAnchors(tree, {kXlsxGrid, axis, kind, first, last});
     return *pictureAt(tree, 0);
   };
