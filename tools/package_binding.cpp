@@ -1,5 +1,8 @@
 #include "tools/package_binding.h"
 
+#include <optional>
+#include <type_traits>
+
 #include "lmx/c_error.h"
 #include "source/ooxml/comments.h"
 #include "source/ooxml/contentypes.h"
@@ -17,17 +20,31 @@
 #include "xml/package_names.h"
 #include "xml/part_factory.h"
 #include "xml/part_map.h"
+#include "xml/part_repair.h"
 
 namespace rubrica::tools {
 namespace {
 
+// There is one class for the comments of both flavours, under the transitional namespace. In a strict book the other
+// namespace is the right one.
 template <class Root>
-std::string bindingError(std::string_view given) {
+bool bindsAsStrictComments(std::string_view text, lmx::elmx_error code) {
+  if constexpr (std::is_same_v<Root, comments::c_comments>) {
+    const std::optional<std::string> renamed = repairedPart(text, Root::kRoot, code);
+    Root root;
+    return renamed && root.unmarshal(renamed->data(), renamed->size()) == lmx::ELMX_OK;
+  }
+  return false;
+}
+
+template <class Root>
+std::string bindingError(std::string_view given, bool isStrict) {
   Root root;
   lmx::c_error_record record;
   const ResolvedMarkup markup(given, Root::kRoot);
   const std::string_view text = markup.text();
-  if (root.unmarshal(text.data(), text.size(), &record) == lmx::ELMX_OK) return {};
+  const lmx::elmx_error code = root.unmarshal(text.data(), text.size(), &record);
+  if (code == lmx::ELMX_OK || (isStrict && bindsAsStrictComments<Root>(text, code))) return {};
   std::string error = lmx::get_error_text(record.code);
   if (!record.item_name.empty()) error += " (" + record.item_name + ")";
   // Lines are those of the file as long as nothing was taken out of it.
@@ -60,7 +77,8 @@ auto withRoot(const PackageFile& package, const PackagePart& part, const Use& us
 void complainOfBinding(const PackageFile& package, std::vector<std::string>& complaints) {
   for (const PackagePart& part : package.parts) {
     if (part.handling != Handling::bound || part.text().empty()) continue;
-    const std::string error = withRoot(package, part, [&]<class Root>() { return bindingError<Root>(part.text()); });
+    const std::string error =
+        withRoot(package, part, [&]<class Root>() { return bindingError<Root>(part.text(), package.isStrict); });
     if (!error.empty()) complaints.push_back(part.name + ": " + error);
   }
 }

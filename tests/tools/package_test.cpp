@@ -274,6 +274,21 @@ TEST_F(Package, StrictBooksAreJudgedByTheirOwnSchemas) {
   EXPECT_EQ(findings(), "");
 }
 
+TEST_F(Package, CommentsOfEitherFlavourAreJudgedByTheBooksOwnNamespace) {
+  const std::string strictMain = "http://purl.oclc.org/ooxml/spreadsheetml/main";
+  const auto commentsIn = [](const std::string& name) {
+    return "<comments xmlns=\"" + name + "\"><authors/><commentList/></comments>";
+  };
+  const std::string complaint = "complaint  /xl/comments1.xml: Element not found (comments) in line 1";
+  addPart(entries, "xl/comments1.xml", commentsIn(kMain), content_type::kComments);
+  EXPECT_FALSE(has(findings(), complaint));
+  change("xl/comments1.xml", kMain, strictMain);
+  EXPECT_TRUE(has(findings(), complaint));
+  entries = package_test::workbookEntries<excelStrict_tag>(1);
+  addPart(entries, "xl/comments1.xml", commentsIn(strictMain), content_type::kComments);
+  EXPECT_FALSE(has(findings(), complaint));
+}
+
 // ---- Damage
 
 TEST_F(Package, WhatCanNotBeReadIsDamage) {
