@@ -21,8 +21,9 @@ import tempfile
 import time
 
 WORKLOADS = {"xlsx": ["N", "S", "M", "R", "B"], "xls": ["N", "S", "M"]}
-# The largest ratio to the best peer that we want to have, by job and form.
-GOALS = {("write", "xlsx"): 0.40, ("read", "xlsx"): 0.50, ("write", "xls"): 0.12, ("read", "xls"): 1.0}
+# The largest ratio to the best peer that we want to have, by job and form. The fastest .xlsx reader known is no package and
+# takes half of liborcus' time: half of the one is a quarter of the other.
+GOALS = {("write", "xlsx"): 0.40, ("read", "xlsx"): 0.25, ("write", "xls"): 0.12, ("read", "xls"): 1.0}
 # What a job can't do without, by the names that bench/floor prints.
 FLOOR_PARTS = {("write", "xlsx"): ("print", "deflate"), ("read", "xlsx"): ("inflate", "scan"),
                ("write", "xls"): ("copy",), ("read", "xls"): ("touch",)}
