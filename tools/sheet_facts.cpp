@@ -14,6 +14,8 @@ constexpr const char* kSubjectNames[] = {"values", "formulas", "formats",  "comm
 
 // Rows past this are looked at only as far as the sheet is used: a million of them would take longer than all the rest.
 constexpr int kRowsAlwaysRead = 65536;
+// Cells here are asked for a comment even where the sheet is not used.
+constexpr int kCommentRows = 1024, kCommentCols = 256;
 
 constexpr std::string_view kNoComments = "error in readComment";
 
@@ -220,9 +222,11 @@ std::vector<CellRange> merges(Sheet& sheet) {
 
 std::vector<CellComment> comments(Book& book, Sheet& sheet) {
   std::vector<CellComment> found;
-  const int lastRow = sheet.lastRow(), firstCol = sheet.firstCol(), lastCol = sheet.lastCol();
-  for (int row = sheet.firstRow(); row < lastRow; ++row) {
-    for (int col = firstCol; col < lastCol; ++col) {
+  const int usedRows = sheet.lastRow(), usedCols = sheet.lastCol();
+  const int rows = std::max(usedRows, kCommentRows);
+  for (int row = 0; row < rows; ++row) {
+    const int cols = row < kCommentRows ? std::max(usedCols, kCommentCols) : usedCols;
+    for (int col = 0; col < cols; ++col) {
       const char16_t* text = sheet.readComment(row, col);
       if (text != nullptr) found.push_back({row, col, text});
       // A sheet without a comments part says so in the first cell already; it may have millions of rows.

@@ -56,7 +56,8 @@ struct CellComment {
   int row = 0, col = 0;
   std::u16string text;
 };
-// The comments of the used cells, row by row.
+// The comments of the used cells and of the sheet's first rows and columns, row by row: a comment can stand at a cell
+// that there isn't, and the interface has no list of them.
 std::vector<CellComment> comments(Book& book, Sheet& sheet);
 
 // Rows or columns, in runs of neighbours that are alike, from the first one on without a gap. `form` is the file form

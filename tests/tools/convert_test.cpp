@@ -88,6 +88,50 @@ TEST_F(Convert, ARebuiltBookHasNoDifferenceToItsSource) {
   EXPECT_EQ(diff.exitCode, 0);
 }
 
+TEST_F(Convert, CommentsAndPicturesGoOver) {
+  const tools::BookPtr book = newBook();
+  Sheet& sheet = *book->getSheet(0);
+  sheet.writeComment(3, 2, u"who says so?", u"me", 120, 60);
+  const std::string image = readText(std::string(RUBRICA_SOURCE_DIR) + "/docs/cookbook/pictures/table.png");
+  const int picture = book->addPicture2(image.data(), image.size());
+  ASSERT_GE(picture, 0) << book->errorMessage();
+  sheet.setPicture2(5, 1, picture, 90, 40);
+  sheet.setPicture2(9, 4, picture, 30, 30);
+  EXPECT_EQ(rebuild(*book).out, "");
+  const tools::BookPtr out = load(path("out.xls"));
+  Sheet& copy = *out->getSheet(0);
+  EXPECT_EQ(std::u16string(copy.readComment(3, 2)), u"who says so?");
+  ASSERT_EQ(copy.pictureSize(), 2);
+  int row = 0, col = 0;
+  EXPECT_EQ(copy.getPicture(1, &row, &col, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr), 0)
+      << "both show the same picture";
+  EXPECT_EQ(row, 9);
+  EXPECT_EQ(col, 4);
+  const void* data = nullptr;
+  std::size_t size = 0;
+  EXPECT_EQ(out->getPicture(0, &data, &size), PictureType::png);
+  EXPECT_EQ(size, image.size());
+}
+
+TEST_F(Convert, MoreColorsThanThePaletteHoldsBecomeTheNearestOfIt) {
+  const tools::BookPtr book = tools::createBook("xlsx");
+  Sheet& sheet = *book->addSheet(u"Colors");
+  book->setRgbMode();
+  for (int i = 0; i < 80; ++i) {
+    Format* format = book->addFormat();
+    format->setFillPattern(FillPattern::solid);
+    format->setPatternForegroundColor(book->colorPack(i * 3, 255 - i * 3, 100));
+    sheet.writeNum(i, 0, i, format);
+  }
+  const ToolResult result = runTool("rubrica-convert", {save(*book, "in.xlsx"), path("out.xls")});
+  EXPECT_NE(result.out.find(" colors are replaced by the nearest of the palette\n"), std::string::npos) << result.out;
+  const tools::BookPtr out = load(path("out.xls"));
+  int red = 0, green = 0, blue = 0;
+  out->colorUnpack(out->getSheet(0)->cellFormat(79, 0)->patternForegroundColor(), &red, &green, &blue);
+  EXPECT_GT(red, 128) << "237, 18, 100 is near to a red";
+  EXPECT_LT(green, 128);
+}
+
 TEST_F(Convert, ANameOfTheBookStaysOnItsSheet) {
   const tools::BookPtr book = newBook();
   book->addSheet(u"Second")->setNamedRange(u"Rate", 2, 2, 1, 1);

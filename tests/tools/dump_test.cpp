@@ -26,6 +26,64 @@ TEST_F(Dump, PrintsBookSheetsAndCells) {
   EXPECT_NE(result.out.find("\"v\": \"tea \\\"green\\\"\"}}\n"), std::string::npos);
 }
 
+// Everything of a book that has a line or a member of its own.
+TEST_F(Dump, EachKindOfCellAndEachRangeIsPrinted) {
+  const tools::BookPtr book = newBook();
+  Sheet& sheet = *book->getSheet(0);
+  Format* date = book->addFormat();
+  date->setNumFormat(numformat::date);
+  sheet.writeBool(0, 0, true);
+  sheet.writeError(0, 1, ErrorType::divByZero);
+  sheet.writeBlank(0, 2, date);
+  sheet.writeNum(0, 3, 40000, date);
+  sheet.writeFormulaNum(0, 4, u"D1+1", 40001);
+  int row = 1;
+  for (const ErrorType error :
+       {ErrorType::null, ErrorType::value, ErrorType::ref, ErrorType::name, ErrorType::num, ErrorType::notAvailable}) {
+    sheet.writeError(row++, 0, error);
+  }
+  sheet.setMerge(8, 9, 1, 3);
+  sheet.addHyperlink(u"https://example.org/", 2, 3, 0, 0);
+  sheet.setNamedRange(u"Rate", 4, 4, 5, 5);
+  sheet.writeComment(1, 1, u"really?", u"me", 100, 50);
+  const std::string out = runTool("rubrica-dump", {save(*book, "all.xls")}).out;
+  for (const char* part :
+       {"\"type\": \"sheet\", \"state\": 0, ", "\"merges\": [[8, 9, 1, 3]], ",
+        "\"hyperlinks\": [{\"ref\": [2, 3, 0, 0], \"target\": \"https://example.org/\"}], ",
+        "\"names\": [\"Rate\"], \"comments\": 1}}\n", "\"r\": 0, \"c\": 0, \"t\": \"bool\", \"v\": true}}\n",
+        "\"c\": 1, \"t\": \"error\", \"v\": \"#DIV/0!\"}}\n", "\"c\": 2, \"t\": \"blank\"",
+        "\"c\": 3, \"t\": \"number\", \"v\": 40000, \"date\": true}}\n",
+        "\"c\": 4, \"t\": \"number\", \"v\": 40001, \"f\": \"D1+1\"}}\n", "\"v\": \"#NULL!\"}}\n",
+        "\"v\": \"#VALUE!\"}}\n", "\"v\": \"#REF!\"}}\n", "\"v\": \"#NAME?\"}}\n", "\"v\": \"#NUM!\"}}\n",
+        "\"v\": \"#N/A\"}}\n"}) {
+    EXPECT_NE(out.find(part), std::string::npos) << part << " in\n" << out;
+  }
+}
+
+TEST_F(Dump, StylesArePrintedOnDemand) {
+  const tools::BookPtr book = newBook();
+  Format* format = book->addFormat();
+  Font* font = book->addFont();
+  font->setName(u"Courier New");
+  font->setSize(13);
+  font->setItalic(true);
+  format->setFont(font);
+  format->setNumFormat(book->addCustomNumFormat(u"0.0 [$EUR]"));
+  format->setAlignH(AlignH::center);
+  format->setRotation(45);
+  format->setBorderTop(BorderStyle::thick);
+  format->setFillPattern(FillPattern::solid);
+  book->getSheet(0)->writeNum(0, 0, 1, format);
+  const std::string out = runTool("rubrica-dump", {"--styles", save(*book, "styled.xls")}).out;
+  for (const char* part :
+       {"\"fmt\": {\"id\": 164, \"text\": \"0.0 [$EUR]\"}",
+        "\"font\": {\"name\": \"Courier New\", \"size\": 13, \"bold\": false, \"italic\": true, \"strike\": false, ",
+        "\"fill\": {\"pattern\": 1, ", "\"align\": {\"h\": 2, ", "\"rotation\": 45, ", "\"top\": [5, "}) {
+    EXPECT_NE(out.find(part), std::string::npos) << part << " in\n" << out;
+  }
+  EXPECT_EQ(runTool("rubrica-dump", {path("styled.xls")}).out.find("\"font\""), std::string::npos);
+}
+
 TEST_F(Dump, SheetChoosesOne) {
   const ToolResult result = runTool("rubrica-dump", {"--sheet", "1", bookFile()});
   EXPECT_EQ(result.out.find("2.5"), std::string::npos);
@@ -77,6 +135,14 @@ TEST_F(Bench, WrittenCellsAreReadAgain) {
   const ToolResult read = runTool("rubrica-bench", {"read", path("s.xls")});
   EXPECT_EQ(read.exitCode, 0);
   EXPECT_NE(read.out.find("read cells=1000000 seconds="), std::string::npos) << read.out;
+}
+
+TEST_F(Bench, MixedCellsAreReadAgainAfterASave) {
+  EXPECT_EQ(runTool("rubrica-bench", {"write", "xls", "M", path("m.xls")}).exitCode, 0);
+  EXPECT_EQ(runTool("rubrica-bench", {"resave", path("m.xls"), path("again.xls")}).exitCode, 0);
+  const ToolResult read = runTool("rubrica-bench", {"read", path("again.xls")});
+  EXPECT_NE(read.out.find(" bools=62500\n"), std::string::npos) << read.out;
+  EXPECT_NE(read.out.find("read cells=625000 seconds="), std::string::npos) << read.out;
 }
 
 TEST_F(Bench, WrongCallsAreExitCode2) {
