@@ -26,7 +26,8 @@ Every workbook of a folder is loaded, saved untouched, and looked at by another 
 every point of a save: the operation answers with a failure and a message, the file that stood there is untouched, no
 temporary file stays, and the same book can be saved again. `tests/threads` gives books to four threads under the thread
 sanitizer (`./dev threads`). The whole suite runs under the address, undefined behaviour and leak sanitizers
-(`./dev sanitize`).
+(`./dev sanitize`), and the tests of the component, over the workbooks of other programs too, under valgrind
+(`./dev memcheck`).
 
 ## Fuzzing
 
