@@ -87,6 +87,8 @@ int c_xml_reader::get_element_event() {
   }
   if (_own_errors.fatal_count() > 0) return _token = TOKEN_FAILURE;
   if (_fast) {
+    if (pass_expected_end()) return _token;
+    _known.is_current = false;
     const int event = _lane.next_event(_name, _attributes, _declarations, _fast_tag_end);
     if (event == TOKEN_ELEMENT_END) return end_event(true);
     if (event != fast_lane::kRare) _layers.mark_document_started();
@@ -103,11 +105,11 @@ int c_xml_reader::slow_element_event() {
     case TOKEN_NAME:
       _layers.get_attributes(_attributes);
       _layers.get_declarations(_declarations);
-      _name = _layers.tag_name();
+      set_name(_layers.tag_name());
       _fast_tag_end = 0;
       return start_event(false);
     case TOKEN_ELEMENT_END:
-      _name = _layers.tag_name();
+      set_name(_layers.tag_name());
       end_event(true);
       break;
     case TOKEN_END_OF_INPUT:
@@ -156,10 +158,29 @@ int c_xml_reader::end_event(bool from_tag) {
   }
   const open_element& closed = _open[--_depth];
   _end_matches = !from_tag || same_name(name_of(closed), _name);
+  close_element(closed);
+  return _token;
+}
+
+void c_xml_reader::close_element(const open_element& closed) {
   if (_bindings.size() != closed.bindings) _bindings.resize(closed.bindings);
   _default_namespace = closed.default_namespace;
   _slow_names_used = closed.name_offset;
-  return _token;
+}
+
+// The end tag of the innermost element when it stands next: it needs no look at its single characters.
+bool c_xml_reader::pass_expected_end() {
+  if (_depth == 0) return false;
+  const open_element& open = _open[_depth - 1];
+  if (open.fast_name == nullptr) return false;
+  const std::string_view name = _lane.pass_end_tag({open.fast_name, open.name_size});
+  if (name.empty()) return false;
+  set_name(name);
+  _token = TOKEN_ELEMENT_END;
+  _end_matches = true;
+  --_depth;
+  close_element(open);
+  return true;
 }
 
 std::string_view c_xml_reader::name_of(const open_element& element) const {
@@ -181,21 +202,26 @@ bool c_xml_reader::enter_declarations() {
   for (const raw_attribute& declaration : _declarations) {
     const std::string_view prefix = declaration.name.size() > 6 ? declaration.name.substr(6) : std::string_view();
     const int id = _layers.namespace_id(declaration.value);
-    _bindings.push_back({std::string(prefix), id, std::string(declaration.value)});
+    _bindings.push_back({std::string(prefix), name_key(prefix), id, std::string(declaration.value)});
     if (prefix.empty()) _default_namespace = id;
   }
   return true;
 }
 
 const c_xml_reader::binding* c_xml_reader::find_binding(std::string_view prefix, std::size_t& index) const {
+  const std::uint64_t key = name_key(prefix);
   for (index = _bindings.size(); index-- > 0;) {
-    if (_bindings[index].prefix == prefix) return &_bindings[index];
+    const binding& found = _bindings[index];
+    if (found.prefix_key == key && found.prefix.size() == prefix.size() &&
+        same_behind_key(found.prefix.data(), prefix.data(), prefix.size())) {
+      return &found;
+    }
   }
   return nullptr;
 }
 
 int c_xml_reader::prefix_id(std::string_view prefix) const {
-  if (prefix == "xml") return kXmlNamespace;
+  if (same_name(prefix, "xml")) return kXmlNamespace;
   std::size_t index = 0;
   const binding* found = find_binding(prefix, index);
   return found == nullptr ? kUndeclaredNamespace : found->id;
@@ -216,10 +242,7 @@ int c_xml_reader::get_attribute_event() {
     if (_layers.errors().fatal_count() == 0) fatal(ELMX_NOT_WELL_FORMED, "XML not well-formed");
     return _token = TOKEN_FAILURE;
   }
-  if (_next_attribute < _attributes.size()) {
-    _name = _attributes[_next_attribute++].name;
-    return _token = TOKEN_NAME;
-  }
+  if (next_attribute() != nullptr) return _token;
   _in_start_tag = false;
   int end = _fast_tag_end;
   if (end == 0) {
@@ -231,31 +254,40 @@ int c_xml_reader::get_attribute_event() {
   } else {
     _token = end;
   }
-  _name = open_element_name();
+  set_name(open_element_name());
   return end;
+}
+
+void c_xml_reader::take_apart(bool is_element) {
+  const std::size_t colon = find_colon(_name);
+  const bool prefixed = colon != std::string_view::npos;
+  _known.local = prefixed ? _name.substr(colon + 1) : _name;
+  _known.key = name_key(_known.local);
+  _known.namespace_id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
+  _known.is_element = is_element;
+  _known.is_current = true;
+  _known.table = nullptr;
 }
 
 int c_xml_reader::tokenise(const name_row* table, bool is_element) {
   if (_token != TOKEN_UNKNOWN && _token != TOKEN_NAME && _token < kFirstNameToken) return _token;
-  const std::size_t colon = find_colon(_name);
-  const bool prefixed = colon != std::string_view::npos;
-  const std::string_view local = prefixed ? _name.substr(colon + 1) : _name;
-  const int id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
-  _token = TOKEN_UNKNOWN;
-  if (id == kSchemaInstanceNamespace) {
+  if (!_known.is_current || _known.is_element != is_element) take_apart(is_element);
+  const std::string_view local = _known.local;
+  if (_known.namespace_id == kSchemaInstanceNamespace) {
     if (local == "type") return _token = TOKEN_XSI_TYPE;
     if (local == "nil") return _token = TOKEN_XSI_NIL;
     if (local == "schemaLocation") return _token = TOKEN_XSI_SCHEMA_LOCATION;
     if (local == "noNamespaceSchemaLocation") return _token = TOKEN_XSI_NO_NAMESPACE_SCHEMA_LOCATION;
-    return _token;
+    return _token = TOKEN_UNKNOWN;
   }
-  if (table == nullptr) return _token;
-  for (; table->name != nullptr; ++table) {
-    if (table->namespace_id == id && same_name(local, {table->name, table->length})) {
-      return _token = table->token;
-    }
+  if (table == nullptr) return _token = TOKEN_UNKNOWN;
+  if (_known.table != table) {
+    const name_row* row = table;
+    while (row->name != nullptr && !is_named(*row, _known.namespace_id, _known.key, local)) ++row;
+    _known.table = table;
+    _known.token = row->name != nullptr ? row->token : TOKEN_UNKNOWN;
   }
-  return _token;
+  return _token = _known.token;
 }
 
 bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_reference, std::string_view& value) {
@@ -272,11 +304,11 @@ bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_re
 bool c_xml_reader::get_attribute_value(std::string_view& value, white_space mode) {
   if (_next_attribute == 0 || _next_attribute > _attributes.size()) return false;
   const raw_attribute& attribute = _attributes[_next_attribute - 1];
-  if (attribute.plain) {
+  if (attribute.plain || (mode == white_space::keep && !attribute.has_reference)) {
     value = attribute.value;
     return true;
   }
-  return normalise(attribute.value, mode, attribute.value.find('&') != std::string_view::npos, value);
+  return normalise(attribute.value, mode, attribute.has_reference, value);
 }
 
 bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mode) {
@@ -287,7 +319,7 @@ bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mo
     bool plain = false;
     // With a document type an entity may hold markup: only the layers can tell.
     if (_lane.next_text(raw, has_reference, plain) && !(has_reference && _layers.document_type_seen())) {
-      if (plain) {
+      if (plain || (mode == white_space::keep && !has_reference)) {
         value = raw;
         return true;
       }

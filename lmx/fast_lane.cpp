@@ -15,7 +15,8 @@ enum byte_class : unsigned char {
   kStopsText = 2,   // '<', '&', CR, and every byte of a character beyond ASCII
   kStopsValue = 4,  // quotes, CR, and every byte of a character beyond ASCII
   kSpace = 8,       // blank, tab, LF
-  kNotPlain = 16,   // '&' and white space: a value without them is what it looks like
+  kReference = 16,  // '&'
+  kNameStart = 32,  // may begin a name
 };
 
 constexpr std::array<unsigned char, 256> make_classes() {
@@ -26,7 +27,8 @@ constexpr std::array<unsigned char, 256> make_classes() {
     if (c == '<' || c == '&' || c == '\r' || c > 127) flags |= kStopsText;
     if (c == '"' || c == '\'' || c == '\r' || c > 127) flags |= kStopsValue;
     if (c != '\r' && is_space(c)) flags |= kSpace;
-    if (c == '&' || is_space(c)) flags |= kNotPlain;
+    if (c == '&') flags |= kReference;
+    if (is_name_start(c)) flags |= kNameStart;
     classes[static_cast<std::size_t>(c)] = static_cast<unsigned char>(flags);
   }
   return classes;
@@ -84,26 +86,45 @@ const char* fast_lane::scan_name(const char* p) const {
   return nullptr;
 }
 
-// At the closing quote of a value, or null.
-const char* fast_lane::scan_quoted(const char* p, char quote, bool& plain) const {
+// Behind the closing quote of the value whose opening quote is at `p`, or null.
+const char* fast_lane::scan_value(const char* p, raw_attribute& attribute) const {
+  const char quote = *p++;
+  const char* const begin = p;
   unsigned seen = 0;
-  while (p != _end) {
+  for (;; ++p) {
+    if (p == _end) return nullptr;
     const unsigned flags = kClasses[byte_at(p)];
-    if ((flags & kStopsValue) == 0) {
-      seen |= flags;
-      ++p;
-    } else if (*p == quote) {
-      plain = (seen & kNotPlain) == 0;
-      return p;
-    } else if (*p == '"' || *p == '\'') {
-      ++p;
-    } else {
-      if (*p == '\r') return nullptr;
-      p = pass_character(p);
-      if (p == nullptr) return nullptr;
-    }
+    seen |= flags;
+    if ((flags & kStopsValue) == 0) continue;
+    if (*p == quote) break;
+    if (*p == '"' || *p == '\'') continue;
+    if (*p == '\r') return nullptr;
+    p = pass_character(p);
+    if (p == nullptr) return nullptr;
+    --p;
   }
-  return nullptr;
+  attribute.value = {begin, static_cast<std::size_t>(p - begin)};
+  attribute.quote = quote;
+  attribute.has_reference = (seen & kReference) != 0;
+  attribute.plain = (seen & (kReference | kSpace)) == 0;
+  return p + 1;
+}
+
+// Behind an attribute whose name begins at `p`, or null.
+const char* fast_lane::scan_attribute(const char* p, raw_attribute& attribute) const {
+  const char* const begin = p;
+  if (!has_class(p, kNameStart)) return nullptr;
+  p = scan_name(p);
+  if (p == nullptr) return nullptr;
+  attribute.name = {begin, static_cast<std::size_t>(p - begin)};
+  if (*p != '=') {
+    p = skip_space(p);
+    if (p == nullptr || p == _end || *p != '=') return nullptr;
+  }
+  ++p;
+  if (p != _end && *p != '"') p = skip_space(p);
+  if (p == nullptr || p == _end || (*p != '"' && *p != '\'')) return nullptr;
+  return scan_value(p, attribute);
 }
 
 int fast_lane::next_event(std::string_view& name, std::vector<raw_attribute>& attributes,
@@ -113,7 +134,7 @@ int fast_lane::next_event(std::string_view& name, std::vector<raw_attribute>& at
   if (*p == '<') {
     ++p;
     if (*p == '/') return read_end_tag(p + 1, name);
-    if (!is_name_start(byte_at(p))) return kRare;
+    if (!has_class(p, kNameStart)) return kRare;
     return read_start_tag(p, name, attributes, declarations, tag_end);
   }
   if (byte_at(p) > 127) return kRare;
@@ -122,7 +143,7 @@ int fast_lane::next_event(std::string_view& name, std::vector<raw_attribute>& at
 }
 
 int fast_lane::read_end_tag(const char* p, std::string_view& name) {
-  if (p == _end || !is_name_start(byte_at(p))) return kRare;
+  if (p == _end || !has_class(p, kNameStart)) return kRare;
   const char* name_end = scan_name(p);
   if (name_end == nullptr) return kRare;
   const char* close = skip_space(name_end);
@@ -136,69 +157,45 @@ int fast_lane::read_start_tag(const char* p, std::string_view& name, std::vector
                               std::vector<raw_attribute>& declarations, int& tag_end) {
   attributes.clear();
   declarations.clear();
-  const char* begin = p;
+  const char* const begin = p;
   p = scan_name(p);
   if (p == nullptr) return kRare;
   const std::string_view tag_name{begin, static_cast<std::size_t>(p - begin)};
   for (;;) {
-    p = skip_space(p);
+    if (*p == ' ' && _end - p > 1) ++p;
+    if (has_class(p, kSpace) || *p == '\r') p = skip_space(p);
     if (p == nullptr || p == _end) return kRare;
-    if (*p == '>') {
-      tag_end = TOKEN_START_TAG_END;
-      break;
-    }
-    if (*p == '/') {
-      if (++p == _end || *p != '>') return kRare;
-      tag_end = TOKEN_ELEMENT_END;
-      break;
-    }
-    if (!is_name_start(byte_at(p))) return kRare;
-    begin = p;
-    p = scan_name(p);
-    if (p == nullptr) return kRare;
-    const std::string_view attribute_name{begin, static_cast<std::size_t>(p - begin)};
-    p = skip_space(p);
-    if (p == nullptr || p == _end || *p != '=') return kRare;
-    p = skip_space(p + 1);
-    if (p == nullptr || p == _end || (*p != '"' && *p != '\'')) return kRare;
-    begin = p + 1;
-    const char quote = *p;
-    bool plain = false;
-    p = scan_quoted(begin, quote, plain);
-    if (p == nullptr) return kRare;
-    std::vector<raw_attribute>& list = is_namespace_declaration(attribute_name) ? declarations : attributes;
-    list.push_back({attribute_name, {begin, static_cast<std::size_t>(p - begin)}, quote, plain});
-    ++p;
+    if (*p == '>' || *p == '/') break;
+    raw_attribute attribute;
+    p = scan_attribute(p, attribute);
+    if (p == nullptr || p == _end) return kRare;
+    (is_namespace_declaration(attribute.name) ? declarations : attributes).push_back(attribute);
   }
+  tag_end = *p == '>' ? TOKEN_START_TAG_END : TOKEN_ELEMENT_END;
+  if (*p == '/' && (++p == _end || *p != '>')) return kRare;
   name = tag_name;
   _position = p + 1;
   return TOKEN_NAME;
 }
 
 bool fast_lane::next_text(std::string_view& text, bool& has_reference, bool& plain) {
-  has_reference = false;
   unsigned seen = 0;
   const char* p = _position;
-  for (;;) {
+  for (;; ++p) {
     if (p == _end) return false;
     const unsigned flags = kClasses[byte_at(p)];
     seen |= flags;
-    if ((flags & kStopsText) == 0) {
-      ++p;
-    } else if (*p == '<') {
-      break;
-    } else if (*p == '&') {
-      has_reference = true;
-      ++p;
-    } else {
-      if (*p == '\r') return false;
-      p = pass_character(p);
-      if (p == nullptr) return false;
-    }
+    if ((flags & kStopsText) == 0 || *p == '&') continue;
+    if (*p == '<') break;
+    if (*p == '\r') return false;
+    p = pass_character(p);
+    if (p == nullptr) return false;
+    --p;
   }
-  plain = (seen & kNotPlain) == 0;
+  has_reference = (seen & kReference) != 0;
+  plain = (seen & (kReference | kSpace)) == 0;
   // The layers look at the character behind '<': only a plain one leaves line and position as they are.
-  if (_end - p < 2 || (p[1] != '/' && (byte_at(p + 1) > 127 || !is_name_start(byte_at(p + 1))))) return false;
+  if (_end - p < 2 || (p[1] != '/' && (byte_at(p + 1) > 127 || !has_class(p + 1, kNameStart)))) return false;
   text = {_position, static_cast<std::size_t>(p - _position)};
   _position = p;
   return true;
