@@ -88,7 +88,6 @@ int c_xml_reader::get_element_event() {
   if (_own_errors.fatal_count() > 0) return _token = TOKEN_FAILURE;
   if (_fast) {
     if (pass_expected_end()) return _token;
-    _known.is_current = false;
     const int event = _lane.next_event(_name, _attributes, _declarations, _fast_tag_end);
     if (event == TOKEN_ELEMENT_END) return end_event(true);
     if (event != fast_lane::kRare) _layers.mark_document_started();
@@ -105,11 +104,11 @@ int c_xml_reader::slow_element_event() {
     case TOKEN_NAME:
       _layers.get_attributes(_attributes);
       _layers.get_declarations(_declarations);
-      set_name(_layers.tag_name());
+      _name = _layers.tag_name();
       _fast_tag_end = 0;
       return start_event(false);
     case TOKEN_ELEMENT_END:
-      set_name(_layers.tag_name());
+      _name = _layers.tag_name();
       end_event(true);
       break;
     case TOKEN_END_OF_INPUT:
@@ -163,19 +162,22 @@ int c_xml_reader::end_event(bool from_tag) {
 }
 
 void c_xml_reader::close_element(const open_element& closed) {
-  if (_bindings.size() != closed.bindings) _bindings.resize(closed.bindings);
+  if (_bindings.size() != closed.bindings) {
+    _bindings.resize(closed.bindings);
+    ++_scope;
+  }
   _default_namespace = closed.default_namespace;
   _slow_names_used = closed.name_offset;
 }
 
 // The end tag of the innermost element when it stands next: it needs no look at its single characters.
 bool c_xml_reader::pass_expected_end() {
-  if (_depth == 0) return false;
+  if (_depth == 0 || !_lane.at_end_tag()) return false;
   const open_element& open = _open[_depth - 1];
   if (open.fast_name == nullptr) return false;
   const std::string_view name = _lane.pass_end_tag({open.fast_name, open.name_size});
   if (name.empty()) return false;
-  set_name(name);
+  _name = name;
   _token = TOKEN_ELEMENT_END;
   _end_matches = true;
   --_depth;
@@ -199,6 +201,7 @@ bool c_xml_reader::enter_declarations() {
     fatal(ELMX_XML_BADLY_FORMED, "Too many namespace declarations");
     return false;
   }
+  ++_scope;
   for (const raw_attribute& declaration : _declarations) {
     const std::string_view prefix = declaration.name.size() > 6 ? declaration.name.substr(6) : std::string_view();
     const int id = _layers.namespace_id(declaration.value);
@@ -254,40 +257,46 @@ int c_xml_reader::get_attribute_event() {
   } else {
     _token = end;
   }
-  set_name(open_element_name());
+  _name = open_element_name();
   return end;
 }
 
-void c_xml_reader::take_apart(bool is_element) {
+int c_xml_reader::classify(const name_row* table, bool is_element) const {
   const std::size_t colon = find_colon(_name);
   const bool prefixed = colon != std::string_view::npos;
-  _known.local = prefixed ? _name.substr(colon + 1) : _name;
-  _known.key = name_key(_known.local);
-  _known.namespace_id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
-  _known.is_element = is_element;
-  _known.is_current = true;
-  _known.table = nullptr;
+  const std::string_view local = prefixed ? _name.substr(colon + 1) : _name;
+  const int id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
+  if (id == kSchemaInstanceNamespace) {
+    if (local == "type") return TOKEN_XSI_TYPE;
+    if (local == "nil") return TOKEN_XSI_NIL;
+    if (local == "schemaLocation") return TOKEN_XSI_SCHEMA_LOCATION;
+    if (local == "noNamespaceSchemaLocation") return TOKEN_XSI_NO_NAMESPACE_SCHEMA_LOCATION;
+    return TOKEN_UNKNOWN;
+  }
+  if (table == nullptr) return TOKEN_UNKNOWN;
+  const std::uint64_t key = name_key(local);
+  for (; table->name != nullptr; ++table) {
+    if (is_named(*table, id, key, local)) return table->token;
+  }
+  return TOKEN_UNKNOWN;
 }
 
+// A part has few names, each of them many times.
 int c_xml_reader::tokenise(const name_row* table, bool is_element) {
   if (_token != TOKEN_UNKNOWN && _token != TOKEN_NAME && _token < kFirstNameToken) return _token;
-  if (!_known.is_current || _known.is_element != is_element) take_apart(is_element);
-  const std::string_view local = _known.local;
-  if (_known.namespace_id == kSchemaInstanceNamespace) {
-    if (local == "type") return _token = TOKEN_XSI_TYPE;
-    if (local == "nil") return _token = TOKEN_XSI_NIL;
-    if (local == "schemaLocation") return _token = TOKEN_XSI_SCHEMA_LOCATION;
-    if (local == "noNamespaceSchemaLocation") return _token = TOKEN_XSI_NO_NAMESPACE_SCHEMA_LOCATION;
-    return _token = TOKEN_UNKNOWN;
+  const std::size_t size = _name.size();
+  if (size > 2 * kNameKeySize) return _token = classify(table, is_element);
+  const std::uint64_t begin = name_key(_name);
+  const std::uint64_t end = size > kNameKeySize ? name_key(_name.substr(size - kNameKeySize)) : 0;
+  const std::uint64_t context = _scope * 2 + (is_element ? 1 : 0);
+  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;  // 2^64 by the golden ratio
+  const std::uint64_t hash = (begin ^ end ^ reinterpret_cast<std::uintptr_t>(table)) * kSpread;
+  classified_name& known = _classified[hash >> 32U & (kClassifiedNames - 1)];
+  if (known.begin != begin || known.end != end || known.size != size || known.table != table ||
+      known.context != context) {
+    known = {begin, end, size, table, context, classify(table, is_element)};
   }
-  if (table == nullptr) return _token = TOKEN_UNKNOWN;
-  if (_known.table != table) {
-    const name_row* row = table;
-    while (row->name != nullptr && !is_named(*row, _known.namespace_id, _known.key, local)) ++row;
-    _known.table = table;
-    _known.token = row->name != nullptr ? row->token : TOKEN_UNKNOWN;
-  }
-  return _token = _known.token;
+  return _token = known.token;
 }
 
 bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_reference, std::string_view& value) {

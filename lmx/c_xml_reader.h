@@ -10,7 +10,9 @@
 // for whatever is rare. Both give the same events, values, lines and errors.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -48,7 +50,7 @@ class c_xml_reader : public c_xml {
   const raw_attribute* next_attribute() {
     if (!_in_start_tag || _next_attribute == _attributes.size()) return nullptr;
     const raw_attribute& next = _attributes[_next_attribute++];
-    set_name(next.name);
+    _name = next.name;
     _token = TOKEN_NAME;
     return &next;
   }
@@ -126,22 +128,18 @@ class c_xml_reader : public c_xml {
   };
   struct capture_state;
 
-  // A name taken apart, as the classifier looks it up.
-  struct known_name {
-    std::string_view local;
-    std::uint64_t key;
-    int namespace_id;
-    bool is_element;
-    bool is_current = false;
-    const name_row* table;  // it was looked up in this one last, null for none
-    int token;              // what it is there
+  // What a name was found to be, for the next time that it stands where the same namespaces are declared.
+  struct classified_name {
+    std::uint64_t begin;  // the first eight bytes
+    std::uint64_t end;    // the last eight of a longer name
+    std::size_t size;     // 0: nothing is known here
+    const name_row* table;
+    std::uint64_t context;
+    int token = TOKEN_UNKNOWN;
   };
+  static constexpr std::size_t kClassifiedNames = 64;
 
-  void set_name(std::string_view name) {
-    _name = name;
-    _known.is_current = false;
-  }
-  void take_apart(bool is_element);
+  int classify(const name_row* table, bool is_element) const;
   std::string_view name_of(const open_element& element) const;
   int start_event(bool fast);
   int end_event(bool from_tag);
@@ -177,7 +175,6 @@ class c_xml_reader : public c_xml {
   bool _in_start_tag = false;  // the end of the start tag has not been given out
   bool _end_matches = true;
   std::string_view _name;
-  known_name _known;
   std::vector<raw_attribute> _attributes;
   std::vector<raw_attribute> _declarations;
   std::size_t _next_attribute = 0;
@@ -187,6 +184,8 @@ class c_xml_reader : public c_xml {
   std::size_t _slow_names_used = 0;
   std::vector<binding> _bindings;
   int _default_namespace = kNoNamespace;
+  std::uint64_t _scope = 0;  // counts the changes of bindings
+  std::array<classified_name, kClassifiedNames> _classified{};
   std::string _value;
 };
 

@@ -117,7 +117,7 @@ bool c_xml_reader::capture_element(any_item& item, white_space mode) {
   if (!_in_start_tag || _depth == 0) return false;
   capture_state state{_open[_depth - 1].bindings, {}, {}, {}};
   const std::string name(open_element_name());
-  set_name(name);
+  _name = name;
   item.name = name;
   item.namespace_uri = namespace_uri(namespace_id(true));
   item.attributes.clear();
@@ -130,7 +130,7 @@ bool c_xml_reader::capture_element(any_item& item, white_space mode) {
   if (!capture_start_tag(state)) return false;
   if (_token == TOKEN_START_TAG_END && !capture_content(state, mode)) return false;
   item.text = state.head + folded_declarations(state) + state.body;
-  set_name(open_element_name());
+  _name = open_element_name();
   return true;
 }
 

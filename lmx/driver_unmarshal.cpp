@@ -58,13 +58,29 @@ bool can_start(c_xml_reader& reader, const class_descriptor& type, const particl
   }
 }
 
+// The name of an element for reports, measured when there is one.
+class name_for_reports {
+ public:
+  name_for_reports(const char* text) : _text(text) {}
+  name_for_reports(std::string_view name) : _text(name.data()), _size(name.size()) {}
+  operator std::string_view() const {
+    return _size == kUnmeasured ? std::string_view(_text) : std::string_view(_text, _size);
+  }
+
+ private:
+  static constexpr std::size_t kUnmeasured = std::string_view::npos;
+
+  const char* _text;
+  std::size_t _size = kUnmeasured;
+};
+
 elmx_error unmarshal_as(const class_descriptor& type, object& self, c_xml_reader& reader,
-                        std::string_view element_name);
+                        name_for_reports element_name);
 
 // Drives one object.
 class c_unmarshal_helper {
  public:
-  c_unmarshal_helper(object& self, const class_descriptor& type, c_xml_reader& reader, std::string_view element_name)
+  c_unmarshal_helper(object& self, const class_descriptor& type, c_xml_reader& reader, name_for_reports element_name)
       : _reader(reader), _type(type), _fields(self.field_base()), _element_name(element_name) {}
 
   elmx_error unmarshal() {
@@ -143,7 +159,7 @@ class c_unmarshal_helper {
   c_xml_reader& _reader;
   const class_descriptor& _type;
   void* _fields;
-  std::string_view _element_name;
+  name_for_reports _element_name;
   int _token = TOKEN_NAME;
   bool _empty = false;                   // the start tag ended in "/>"
   unsigned _events = 0;                  // passed in the body
@@ -394,7 +410,7 @@ elmx_error c_unmarshal_helper::read_simple_element(const particle& row, bool rep
   if (code != ELMX_OK) return code;
   if (!repeated) set(_type, _fields, row.bit);
   if (!empty) {
-    const std::string_view outer = _element_name;
+    const name_for_reports outer = _element_name;
     _element_name = row.name;
     code = expect_end();
     _element_name = outer;
@@ -509,7 +525,7 @@ elmx_error c_unmarshal_helper::read_any(const particle& row) {
 
 // The type is the object's own, which whoever made it knows.
 elmx_error unmarshal_as(const class_descriptor& type, object& self, c_xml_reader& reader,
-                        std::string_view element_name) {
+                        name_for_reports element_name) {
   if (type.hooks != nullptr && type.hooks->unmarshal != nullptr) {
     return type.hooks->unmarshal(self, reader, element_name);
   }

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 #include "lmx/text.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace rubrica::lmx {
 
@@ -43,6 +48,82 @@ bool has_class(const char* p, byte_class wanted) {
   return (kClasses[byte_at(p)] & wanted) != 0;
 }
 
+// Sixteen bytes looked at in one step, with one bit a byte for each answer. Names and values are mostly shorter than
+// that, and of so many lengths that a loop over their bytes would be mispredicted at nearly every end.
+#if defined(__SSE2__)
+class byte_block {
+ public:
+  static constexpr std::ptrdiff_t kSize = 16;
+
+  explicit byte_block(const char* p) : _bytes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))) {}
+
+  unsigned equal(char wanted) const { return bits(is(wanted)); }
+  unsigned spaces() const { return bits(_mm_or_si128(is(' '), _mm_or_si128(is('\t'), is('\n')))); }
+  unsigned text_stops() const { return bits(_mm_or_si128(beyond_ascii_or_cr(), _mm_or_si128(is('<'), is('&')))); }
+  unsigned value_stops() const { return bits(_mm_or_si128(beyond_ascii_or_cr(), _mm_or_si128(is('"'), is('\'')))); }
+  unsigned name_stops() const {
+    const __m128i lower = _mm_or_si128(_bytes, _mm_set1_epi8(0x20));
+    const __m128i letters = between(lower, 'a', 'z');
+    const __m128i digits_or_colon = between(_bytes, '0', ':');
+    const __m128i dash_or_point = between(_bytes, '-', '.');
+    const __m128i names = _mm_or_si128(_mm_or_si128(letters, digits_or_colon), _mm_or_si128(dash_or_point, is('_')));
+    return ~bits(names) & 0xFFFFU;
+  }
+
+ private:
+  static unsigned bits(__m128i answers) { return static_cast<unsigned>(_mm_movemask_epi8(answers)); }
+  // Compared with their signs: bytes beyond ASCII are below all others.
+  static __m128i between(__m128i bytes, char low, char high) {
+    return _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(low - 1))),
+                         _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(high + 1))));
+  }
+  __m128i is(char wanted) const { return _mm_cmpeq_epi8(_bytes, _mm_set1_epi8(wanted)); }
+  __m128i beyond_ascii_or_cr() const { return _mm_or_si128(_bytes, is('\r')); }  // of the bytes the sign bit counts
+
+  __m128i _bytes;
+};
+
+unsigned bits_before(unsigned stops) {
+  return (stops & -stops) - 1;
+}
+
+const char* pass_name_block(const char* p, const char* end) {
+  if (end - p < byte_block::kSize) return p;
+  const unsigned stops = byte_block(p).name_stops();
+  return stops == 0 ? p + byte_block::kSize : p + std::countr_zero(stops);
+}
+
+const char* pass_value_block(const char* p, const char* end, unsigned& seen) {
+  if (end - p < byte_block::kSize) return p;
+  const byte_block block(p);
+  const unsigned stops = block.value_stops();
+  const unsigned passed = bits_before(stops);  // all bits when nothing stops
+  if ((block.spaces() & passed) != 0) seen |= kSpace;
+  if ((block.equal('&') & passed) != 0) seen |= kReference;
+  return stops == 0 ? p + byte_block::kSize : p + std::countr_zero(stops);
+}
+
+const char* pass_text_blocks(const char* p, const char* end, unsigned& seen) {
+  for (; end - p >= byte_block::kSize; p += byte_block::kSize) {
+    const byte_block block(p);
+    const unsigned stops = block.text_stops();
+    if ((block.spaces() & bits_before(stops)) != 0) seen |= kSpace;
+    if (stops != 0) return p + std::countr_zero(stops);
+  }
+  return p;
+}
+#else
+const char* pass_name_block(const char* p, const char*) {
+  return p;
+}
+const char* pass_value_block(const char* p, const char*, unsigned&) {
+  return p;
+}
+const char* pass_text_blocks(const char* p, const char*, unsigned&) {
+  return p;
+}
+#endif
+
 }  // namespace
 
 // Counted when someone asks, from where the last count ended: most documents are read without.
@@ -73,6 +154,7 @@ const char* fast_lane::pass_character(const char* p) const {
 
 // Behind a name, or null when something rare stands in it or it reaches the end.
 const char* fast_lane::scan_name(const char* p) const {
+  p = pass_name_block(p, _end);
   while (p != _end) {
     if (has_class(p, kName)) {
       ++p;
@@ -91,7 +173,7 @@ const char* fast_lane::scan_value(const char* p, raw_attribute& attribute) const
   const char quote = *p++;
   const char* const begin = p;
   unsigned seen = 0;
-  for (;; ++p) {
+  for (p = pass_value_block(p, _end, seen);; ++p) {
     if (p == _end) return nullptr;
     const unsigned flags = kClasses[byte_at(p)];
     seen |= flags;
@@ -180,7 +262,7 @@ int fast_lane::read_start_tag(const char* p, std::string_view& name, std::vector
 
 bool fast_lane::next_text(std::string_view& text, bool& has_reference, bool& plain) {
   unsigned seen = 0;
-  const char* p = _position;
+  const char* p = pass_text_blocks(_position, _end, seen);
   for (;; ++p) {
     if (p == _end) return false;
     const unsigned flags = kClasses[byte_at(p)];

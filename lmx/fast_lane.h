@@ -37,11 +37,11 @@ class fast_lane {
   // text (5), before whose first character that is no white space it stops; kRare for all else.
   int next_event(std::string_view& name, std::vector<raw_attribute>& attributes,
                  std::vector<raw_attribute>& declarations, int& tag_end);
-  // The end tag of this name if it stands right here, else an empty name: white space and other names are for
-  // next_event.
+  bool at_end_tag() const { return _end - _position > 2 && _position[0] == '<' && _position[1] == '/'; }
+  // With an end tag right here: its name if it is this one, else empty and nothing is passed.
   std::string_view pass_end_tag(std::string_view name) {
     const auto left = static_cast<std::size_t>(_end - _position);
-    if (left < name.size() + 3 || _position[0] != '<' || _position[1] != '/') return {};
+    if (left < name.size() + 3) return {};
     const std::string_view found(_position + 2, name.size());
     if (found.data()[name.size()] != '>' || !same_name(found, name)) return {};
     _position += name.size() + 3;

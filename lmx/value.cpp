@@ -255,7 +255,9 @@ bool same(const T& left, const T& right) {
 
 template <class T>
 elmx_error parse_typed(const simple_type& type, std::string_view text, T& value) {
-  if (const elmx_error code = check_text(type, text); code != ELMX_OK) return code;
+  if (type.enumeration != nullptr || type.pattern != nullptr || type.members != nullptr) {
+    if (const elmx_error code = check_text(type, text); code != ELMX_OK) return code;
+  }
   if (const elmx_error code = parse_form(type, text, value); code != ELMX_OK) return code;
   if (type.limits == nullptr) return ELMX_OK;
   if (const elmx_error code = check_digits(*type.limits, text); code != ELMX_OK) return code;
