@@ -34,13 +34,10 @@ void allow(void*, std::size_t) {}
 
 // Memory of an object that is still to be made.
 struct raw_memory {
-  explicit raw_memory(std::size_t bytes) : size(bytes), at(::operator new(bytes)) {}
+  explicit raw_memory(std::size_t size) : at(::operator new(size)) {}
   raw_memory(const raw_memory&) = delete;
   raw_memory& operator=(const raw_memory&) = delete;
-  ~raw_memory() {
-    if (at != nullptr) ::operator delete(at, size);
-  }
-  std::size_t size;
+  ~raw_memory() { ::operator delete(at); }
   void* at;
 };
 
@@ -78,7 +75,7 @@ void object_arena::give_back(void* object, std::size_t size) {
 void object_arena::release(slab* of) {
   if (--of->holders > 0) return;
   allow(of, kSlabSize);
-  ::operator delete (of, kSlabSize, std::align_val_t{kSlabAlignment});
+  ::operator delete (of, std::align_val_t{kSlabAlignment});
 }
 
 void owned::drop() noexcept {
