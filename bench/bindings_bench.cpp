@@ -1,12 +1,18 @@
 // A worksheet of number cells read into rows and cells and written again, against a bare search for '<' in its text,
-// and another part through the driver. Bytes a second are those of the XML text.
+// and the other parts through the driver. Bytes a second are those of the XML text.
 #include <cstring>
 #include <string>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/part_texts.h"
+#include "source/ooxml/comments.h"
+#include "source/ooxml/drawing.h"
+#include "source/ooxml/sharedStringTable.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/styles.h"
+#include "source/ooxml/table.h"
+#include "source/ooxml/workbook.h"
 
 namespace {
 
@@ -25,21 +31,6 @@ std::string worksheetText(std::int64_t cells) {
       cell.set_position(r, c);
       cell.set_v(std::to_string((r * kColumns + c) * 1.1 + 0.5));
     }
-  }
-  std::string text;
-  root.marshal(text);
-  return text;
-}
-
-std::string stylesText(std::int64_t formats) {
-  styles::c_styleSheet root;
-  auto& xfs = root.get_cellXfs();
-  for (std::int64_t i = 0; i < formats; ++i) {
-    auto& xf = xfs.append_xf();
-    xf.set_numFmtId(static_cast<std::uint32_t>(i));
-    xf.set_fontId(1);
-    xf.set_applyFont(true);
-    xf.get_alignment().set_horizontal("center");
   }
   std::string text;
   root.marshal(text);
@@ -88,10 +79,11 @@ void marshalWorksheet(benchmark::State& state) {
   setBytes(state, text);
 }
 
-void unmarshalStyles(benchmark::State& state) {
-  const std::string text = stylesText(state.range(0));
+template <class Root, std::string (*Text)(std::int64_t)>
+void unmarshalPart(benchmark::State& state) {
+  const std::string text = Text(state.range(0));
   for (auto _ : state) {
-    styles::c_styleSheet root;
+    Root root;
     if (root.unmarshal(text.data(), text.size()) != lmx::ELMX_OK) state.SkipWithError("not read");
     benchmark::DoNotOptimize(root);
   }
@@ -99,9 +91,18 @@ void unmarshalStyles(benchmark::State& state) {
 }
 
 BENCHMARK(searchMarkup<worksheetText>)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(searchMarkup<stylesText>)->Arg(50'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(unmarshalWorksheet)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(marshalWorksheet)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(unmarshalStyles)->Arg(50'000)->Unit(benchmark::kMillisecond);
+// One part and the search in it, side by side.
+#define BENCHMARK_PART(Root, Text, count)                                   \
+  BENCHMARK(searchMarkup<Text>)->Arg(count)->Unit(benchmark::kMillisecond); \
+  BENCHMARK(unmarshalPart<Root, Text>)->Arg(count)->Unit(benchmark::kMillisecond)
+
+BENCHMARK_PART(styles::c_styleSheet, bench::stylesText, 20'000);
+BENCHMARK_PART(sharedStringTable::c_sst, bench::sharedStringsText, 50'000);
+BENCHMARK_PART(workbook::c_workbook, bench::workbookText, 10'000);
+BENCHMARK_PART(comments::c_comments, bench::commentsText, 10'000);
+BENCHMARK_PART(table::c_table, bench::tableText, 16'384);
+BENCHMARK_PART(drawing::c_wsDr, bench::drawingText, 5'000);
 
 }  // namespace

@@ -11,10 +11,6 @@ constexpr std::size_t kTagBufferSize = 150;  // bytes reserved for the attribute
 
 }  // namespace
 
-bool is_namespace_declaration(std::string_view name) {
-  return name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
-}
-
 c_get_for_xml::c_get_for_xml(c_read& source, c_error& errors) : c_get_with_entities(source, errors, true) {
   enter_namespace("http://www.w3.org/2001/XMLSchema-instance", kSchemaInstanceNamespace);
   enter_namespace("http://www.w3.org/XML/1998/namespace", kXmlNamespace);
@@ -46,8 +42,9 @@ void c_get_for_xml::list(const pair_buffer& buffer, std::vector<raw_attribute>& 
   out.clear();
   const std::string_view text = buffer.text;
   for (const pair_buffer::entry& entry : buffer.entries) {
-    out.push_back(
-        {text.substr(entry.name, entry.name_size), text.substr(entry.value, entry.value_size), entry.quote, false});
+    const std::string_view value = text.substr(entry.value, entry.value_size);
+    const bool has_reference = value.find('&') != std::string_view::npos;
+    out.push_back({text.substr(entry.name, entry.name_size), value, entry.quote, has_reference});
   }
 }
 

@@ -40,6 +40,7 @@ struct raw_attribute {
   std::string_view name;
   std::string_view value;
   char quote;
+  bool has_reference;  // an '&'
   bool plain = false;  // known to hold neither references nor white space
 };
 
@@ -132,6 +133,8 @@ class c_get_for_xml : public c_get_with_entities {
 };
 
 // Whether an attribute's name declares a namespace.
-bool is_namespace_declaration(std::string_view name);
+inline bool is_namespace_declaration(std::string_view name) {
+  return name.starts_with('x') && name.starts_with("xmlns") && (name.size() == 5 || name[5] == ':');
+}
 
 }  // namespace rubrica::lmx

@@ -5,6 +5,28 @@
 
 namespace rubrica::lmx {
 
+namespace {
+
+constexpr std::size_t kLongestBuiltin = 4;  // "quot"
+
+// Text whose only references are the built-in ones, as nearly all have it; false for any other.
+bool expand_builtin(std::string_view raw, std::string& value) {
+  value.clear();
+  for (;;) {
+    const std::size_t at = raw.find('&');
+    value.append(raw.substr(0, at));
+    if (at == std::string_view::npos) return true;
+    raw.remove_prefix(at + 1);
+    const std::size_t end = raw.substr(0, kLongestBuiltin + 1).find(';');
+    const char builtin = end == std::string_view::npos ? '\0' : builtin_entity(raw.substr(0, end));
+    if (builtin == '\0') return false;
+    value.push_back(builtin);
+    raw.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
 void value_builder::put(char c) {
   if (!is_space(c)) {
     put_bytes({&c, 1});
@@ -88,6 +110,7 @@ const std::string* c_get_with_entities::find_parameter(std::string_view name) {
 }
 
 bool c_get_with_entities::expand_value(std::string_view raw, white_space mode, std::string& value) {
+  if (mode == white_space::keep && expand_builtin(raw, value)) return errors().fatal_count() == 0;
   _value.begin(value, mode);
   c_entity_name_reader_for_attribute_data in(raw);
   bool good = true;

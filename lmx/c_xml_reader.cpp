@@ -87,6 +87,7 @@ int c_xml_reader::get_element_event() {
   }
   if (_own_errors.fatal_count() > 0) return _token = TOKEN_FAILURE;
   if (_fast) {
+    if (pass_expected_end()) return _token;
     const int event = _lane.next_event(_name, _attributes, _declarations, _fast_tag_end);
     if (event == TOKEN_ELEMENT_END) return end_event(true);
     if (event != fast_lane::kRare) _layers.mark_document_started();
@@ -156,10 +157,32 @@ int c_xml_reader::end_event(bool from_tag) {
   }
   const open_element& closed = _open[--_depth];
   _end_matches = !from_tag || same_name(name_of(closed), _name);
-  if (_bindings.size() != closed.bindings) _bindings.resize(closed.bindings);
+  close_element(closed);
+  return _token;
+}
+
+void c_xml_reader::close_element(const open_element& closed) {
+  if (_bindings.size() != closed.bindings) {
+    _bindings.resize(closed.bindings);
+    ++_scope;
+  }
   _default_namespace = closed.default_namespace;
   _slow_names_used = closed.name_offset;
-  return _token;
+}
+
+// The end tag of the innermost element when it stands next: it needs no look at its single characters.
+bool c_xml_reader::pass_expected_end() {
+  if (_depth == 0 || !_lane.at_end_tag()) return false;
+  const open_element& open = _open[_depth - 1];
+  if (open.fast_name == nullptr) return false;
+  const std::string_view name = _lane.pass_end_tag({open.fast_name, open.name_size});
+  if (name.empty()) return false;
+  _name = name;
+  _token = TOKEN_ELEMENT_END;
+  _end_matches = true;
+  --_depth;
+  close_element(open);
+  return true;
 }
 
 std::string_view c_xml_reader::name_of(const open_element& element) const {
@@ -178,24 +201,30 @@ bool c_xml_reader::enter_declarations() {
     fatal(ELMX_XML_BADLY_FORMED, "Too many namespace declarations");
     return false;
   }
+  ++_scope;
   for (const raw_attribute& declaration : _declarations) {
     const std::string_view prefix = declaration.name.size() > 6 ? declaration.name.substr(6) : std::string_view();
     const int id = _layers.namespace_id(declaration.value);
-    _bindings.push_back({std::string(prefix), id, std::string(declaration.value)});
+    _bindings.push_back({std::string(prefix), name_key(prefix), id, std::string(declaration.value)});
     if (prefix.empty()) _default_namespace = id;
   }
   return true;
 }
 
 const c_xml_reader::binding* c_xml_reader::find_binding(std::string_view prefix, std::size_t& index) const {
+  const std::uint64_t key = name_key(prefix);
   for (index = _bindings.size(); index-- > 0;) {
-    if (_bindings[index].prefix == prefix) return &_bindings[index];
+    const binding& found = _bindings[index];
+    if (found.prefix_key == key && found.prefix.size() == prefix.size() &&
+        same_behind_key(found.prefix.data(), prefix.data(), prefix.size())) {
+      return &found;
+    }
   }
   return nullptr;
 }
 
 int c_xml_reader::prefix_id(std::string_view prefix) const {
-  if (prefix == "xml") return kXmlNamespace;
+  if (same_name(prefix, "xml")) return kXmlNamespace;
   std::size_t index = 0;
   const binding* found = find_binding(prefix, index);
   return found == nullptr ? kUndeclaredNamespace : found->id;
@@ -216,10 +245,7 @@ int c_xml_reader::get_attribute_event() {
     if (_layers.errors().fatal_count() == 0) fatal(ELMX_NOT_WELL_FORMED, "XML not well-formed");
     return _token = TOKEN_FAILURE;
   }
-  if (_next_attribute < _attributes.size()) {
-    _name = _attributes[_next_attribute++].name;
-    return _token = TOKEN_NAME;
-  }
+  if (next_attribute() != nullptr) return _token;
   _in_start_tag = false;
   int end = _fast_tag_end;
   if (end == 0) {
@@ -235,27 +261,42 @@ int c_xml_reader::get_attribute_event() {
   return end;
 }
 
-int c_xml_reader::tokenise(const name_row* table, bool is_element) {
-  if (_token != TOKEN_UNKNOWN && _token != TOKEN_NAME && _token < kFirstNameToken) return _token;
+int c_xml_reader::classify(const name_row* table, bool is_element) const {
   const std::size_t colon = find_colon(_name);
   const bool prefixed = colon != std::string_view::npos;
   const std::string_view local = prefixed ? _name.substr(colon + 1) : _name;
   const int id = prefixed ? prefix_id(_name.substr(0, colon)) : is_element ? _default_namespace : kNoNamespace;
-  _token = TOKEN_UNKNOWN;
   if (id == kSchemaInstanceNamespace) {
-    if (local == "type") return _token = TOKEN_XSI_TYPE;
-    if (local == "nil") return _token = TOKEN_XSI_NIL;
-    if (local == "schemaLocation") return _token = TOKEN_XSI_SCHEMA_LOCATION;
-    if (local == "noNamespaceSchemaLocation") return _token = TOKEN_XSI_NO_NAMESPACE_SCHEMA_LOCATION;
-    return _token;
+    if (local == "type") return TOKEN_XSI_TYPE;
+    if (local == "nil") return TOKEN_XSI_NIL;
+    if (local == "schemaLocation") return TOKEN_XSI_SCHEMA_LOCATION;
+    if (local == "noNamespaceSchemaLocation") return TOKEN_XSI_NO_NAMESPACE_SCHEMA_LOCATION;
+    return TOKEN_UNKNOWN;
   }
-  if (table == nullptr) return _token;
+  if (table == nullptr) return TOKEN_UNKNOWN;
+  const std::uint64_t key = name_key(local);
   for (; table->name != nullptr; ++table) {
-    if (table->namespace_id == id && same_name(local, {table->name, table->length})) {
-      return _token = table->token;
-    }
+    if (is_named(*table, id, key, local)) return table->token;
   }
-  return _token;
+  return TOKEN_UNKNOWN;
+}
+
+// A part has few names, each of them many times.
+int c_xml_reader::tokenise(const name_row* table, bool is_element) {
+  if (_token != TOKEN_UNKNOWN && _token != TOKEN_NAME && _token < kFirstNameToken) return _token;
+  const std::size_t size = _name.size();
+  if (size > 2 * kNameKeySize) return _token = classify(table, is_element);
+  const std::uint64_t begin = name_key(_name);
+  const std::uint64_t end = size > kNameKeySize ? name_key(_name.substr(size - kNameKeySize)) : 0;
+  const std::uint64_t context = _scope * 2 + (is_element ? 1 : 0);
+  constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15U;  // 2^64 by the golden ratio
+  const std::uint64_t hash = (begin ^ end ^ reinterpret_cast<std::uintptr_t>(table)) * kSpread;
+  classified_name& known = _classified[hash >> 32U & (kClassifiedNames - 1)];
+  if (known.begin != begin || known.end != end || known.size != size || known.table != table ||
+      known.context != context) {
+    known = {begin, end, size, table, context, classify(table, is_element)};
+  }
+  return _token = known.token;
 }
 
 bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_reference, std::string_view& value) {
@@ -272,11 +313,11 @@ bool c_xml_reader::normalise(std::string_view raw, white_space mode, bool has_re
 bool c_xml_reader::get_attribute_value(std::string_view& value, white_space mode) {
   if (_next_attribute == 0 || _next_attribute > _attributes.size()) return false;
   const raw_attribute& attribute = _attributes[_next_attribute - 1];
-  if (attribute.plain) {
+  if (attribute.plain || (mode == white_space::keep && !attribute.has_reference)) {
     value = attribute.value;
     return true;
   }
-  return normalise(attribute.value, mode, attribute.value.find('&') != std::string_view::npos, value);
+  return normalise(attribute.value, mode, attribute.has_reference, value);
 }
 
 bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mode) {
@@ -287,7 +328,7 @@ bool c_xml_reader::get_simple_type_value(std::string_view& value, white_space mo
     bool plain = false;
     // With a document type an entity may hold markup: only the layers can tell.
     if (_lane.next_text(raw, has_reference, plain) && !(has_reference && _layers.document_type_seen())) {
-      if (plain) {
+      if (plain || (mode == white_space::keep && !has_reference)) {
         value = raw;
         return true;
       }

@@ -10,7 +10,9 @@
 // for whatever is rare. Both give the same events, values, lines and errors.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -44,6 +46,14 @@ class c_xml_reader : public c_xml {
   int get_element_event();
   // The next attribute of the start tag as 7, then its end: 4 for ">", 6 for "/>"; 3 on failure.
   int get_attribute_event();
+  // The same without the end: null behind the last attribute.
+  const raw_attribute* next_attribute() {
+    if (!_in_start_tag || _next_attribute == _attributes.size()) return nullptr;
+    const raw_attribute& next = _attributes[_next_attribute++];
+    _name = next.name;
+    _token = TOKEN_NAME;
+    return &next;
+  }
   // Classifies the current name against a table ended by a null name.
   int tokenise(const name_row* table, bool is_element);
 
@@ -77,7 +87,8 @@ class c_xml_reader : public c_xml {
 
   void set_child_filter(const child_filter& filter) { _child_filter = filter; }
   bool keeps(const object& child) const {
-    return &child.descriptor() != _child_filter.type || _child_filter.keep(_child_filter.context, child);
+    return _child_filter.type == nullptr || &child.descriptor() != _child_filter.type ||
+           _child_filter.keep(_child_filter.context, child);
   }
 
   // What follows in the document, for code that reads plain markup by itself: elements of this namespace, written
@@ -88,6 +99,9 @@ class c_xml_reader : public c_xml {
   // How many objects the last vector of a repeated child got, for the room of the next.
   std::size_t last_count() const { return _last_count; }
   void set_last_count(std::size_t count) { _last_count = count; }
+
+  // Where the objects that are made out of the document stand.
+  object_arena& objects() { return _objects; }
 
   int line() const;
 
@@ -108,14 +122,29 @@ class c_xml_reader : public c_xml {
   };
   struct binding {
     std::string prefix;
+    std::uint64_t prefix_key;
     int id;
     std::string uri;
   };
   struct capture_state;
 
+  // What a name was found to be, for the next time that it stands where the same namespaces are declared.
+  struct classified_name {
+    std::uint64_t begin;  // the first eight bytes
+    std::uint64_t end;    // the last eight of a longer name
+    std::size_t size;     // 0: nothing is known here
+    const name_row* table;
+    std::uint64_t context;
+    int token = TOKEN_UNKNOWN;
+  };
+  static constexpr std::size_t kClassifiedNames = 64;
+
+  int classify(const name_row* table, bool is_element) const;
   std::string_view name_of(const open_element& element) const;
   int start_event(bool fast);
   int end_event(bool from_tag);
+  void close_element(const open_element& closed);
+  bool pass_expected_end();
   int slow_element_event();
   void fatal(elmx_error code, std::string_view text);
   bool enter_declarations();
@@ -131,6 +160,7 @@ class c_xml_reader : public c_xml {
   void note_prefixes_of_value(capture_state& state, std::string_view attribute, std::string_view value);
   std::string folded_declarations(const capture_state& state) const;
 
+  object_arena _objects;
   child_filter _child_filter;
   std::size_t _last_count = 0;
   c_read& _source;
@@ -154,6 +184,8 @@ class c_xml_reader : public c_xml {
   std::size_t _slow_names_used = 0;
   std::vector<binding> _bindings;
   int _default_namespace = kNoNamespace;
+  std::uint64_t _scope = 0;  // counts the changes of bindings
+  std::array<classified_name, kClassifiedNames> _classified{};
   std::string _value;
 };
 

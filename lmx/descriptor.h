@@ -36,13 +36,15 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "lmx/elmx_error.h"
+#include "lmx/name_key.h"
+#include "lmx/object_arena.h"
 
 namespace rubrica::lmx {
 
@@ -68,36 +70,48 @@ class object {
   object& operator=(const object&) = default;
 };
 
-// One owned child, null until asked for. The driver sees `object`; the accessors of the class cast to its type.
+// One owned child, null until asked for. The driver sees `object`; the accessors of the class cast to its type. A child
+// that a reader made stands in a slab (object_arena.h), any other on the heap; only its owner knows.
 class owned {
  public:
   owned() = default;
-  explicit owned(object* child) : _child(child) {}
-  owned(const owned& other) : _child(other._child ? other._child->clone() : nullptr) {}
-  owned(owned&& other) noexcept : _child(std::exchange(other._child, nullptr)) {}
+  explicit owned(object* child) : _address(reinterpret_cast<std::uintptr_t>(child)) {}
+  owned(const owned& other) : owned(other ? other.get()->clone() : nullptr) {}
+  owned(owned&& other) noexcept : _address(std::exchange(other._address, 0)) {}
   owned& operator=(owned other) noexcept {
-    std::swap(_child, other._child);
+    std::swap(_address, other._address);
     return *this;
   }
-  ~owned() { delete _child; }
+  ~owned() {
+    if (_address != 0) drop();
+  }
+  static owned in_slab(object* child) {
+    owned result(child);
+    result._address |= kInSlab;
+    return result;
+  }
 
   void reset(object* child = nullptr) { owned(child).swap(*this); }
-  void swap(owned& other) noexcept { std::swap(_child, other._child); }
-  object* get() const { return _child; }
-  explicit operator bool() const { return _child != nullptr; }
+  void swap(owned& other) noexcept { std::swap(_address, other._address); }
+  object* get() const { return reinterpret_cast<object*>(_address & ~kInSlab); }
+  explicit operator bool() const { return _address != 0; }
   template <class T>
   T* as() const {
-    return static_cast<T*>(_child);
+    return static_cast<T*>(get());
   }
   // The child, created when there is none: what the getter of a complex member gives.
   template <class T>
   T& need() {
-    if (!_child) _child = new T;
-    return static_cast<T&>(*_child);
+    if (_address == 0) reset(new T);
+    return static_cast<T&>(*get());
   }
 
  private:
-  object* _child = nullptr;
+  static constexpr std::uintptr_t kInSlab = 1;  // objects are aligned, so that the bit is free
+
+  void drop() noexcept;
+
+  std::uintptr_t _address = 0;
 };
 
 // One element kept by xs:any, or one attribute list of xs:anyAttribute.
@@ -178,11 +192,22 @@ struct simple_type {
 
 // A row of a table that c_xml_reader::tokenise looks names up in; a null name ends the table.
 struct name_row {
+  constexpr name_row() = default;
+  constexpr name_row(std::uint16_t in_namespace, std::uint16_t size, std::int32_t number, const char* local)
+      : key(name_key({local, size})), namespace_id(in_namespace), length(size), token(number), name(local) {}
+
+  std::uint64_t key = 0;
   std::uint16_t namespace_id = 0;  // 1 for an attribute without a prefix
   std::uint16_t length = 0;        // of the local name, bytes
   std::int32_t token = 0;          // kFirstNameToken + position in the table
-  const char* name = nullptr;      // the local name
+  const char* name = nullptr;      // the local name, which has no colon
 };
+
+// Whether a row is of this name, whose key is given.
+inline bool is_named(const name_row& row, int namespace_id, std::uint64_t key, std::string_view local) {
+  return row.key == key && row.length == local.size() && row.namespace_id == namespace_id &&
+         same_behind_key(row.name, local.data(), local.size());
+}
 
 inline constexpr std::int32_t kFirstNameToken = 13;
 
@@ -209,9 +234,9 @@ enum class particle_kind : std::uint8_t {
   values,    // simple element, repeated: std::vector<T>
   child,     // complex element, at most once: owned
   children,  // complex element, repeated: std::vector<owned>
+  block,     // the same, of a class laid out by hand that stands in a std::vector by value: see block_hooks
   group,     // a class without an element of its own (a named group or a repeated compositor), at most once: owned
   groups,    // the same, repeated: std::vector<owned>
-  block,     // the same as children, of a class laid out by hand that stands in a std::vector by value: see block_hooks
   any,       // xs:any: std::vector<any_item>
   sequence,  // the next `span` rows are its content; occurs at most once
   choice,    // the next `span` rows are its branches (a branch may be a sequence with rows of its own)
@@ -285,11 +310,13 @@ enum class_flags : std::uint8_t {
   kMixed = 2,          // text between the elements is passed over instead of ending the sequence
   kNoForeignTail = 4,  // elements after the last member are an error (code 31) instead of being skipped
   kAnyAttribute = 8,   // attributes without a row are kept in the any_item at any_attribute_offset
+  kAllOptional = 16,   // no attribute is required
 };
 
 struct class_descriptor {
-  const char* name = nullptr;     // "CT_Sheet", the item name of reports
-  object* (*create)() = nullptr;  // by new
+  const char* name = nullptr;  // "CT_Sheet", the item name of reports
+  object* (*construct)(void* memory) = nullptr;
+  std::size_t size = 0;  // of an object, bytes
   const module_descriptor* module = nullptr;
   const name_row* attribute_names = nullptr;  // null when there are no attributes
   const attribute* attributes = nullptr;
@@ -304,7 +331,20 @@ struct class_descriptor {
   std::uint32_t any_attribute_offset = 0;
   std::uint16_t line = 0;
   std::uint8_t flags = 0;
+
+  // A new object, for delete.
+  object* create() const;
 };
+
+// What `construct` of a class is.
+template <class T>
+object* construct(void* memory) {
+  static_assert(alignof(T) <= kObjectAlignment);
+  return ::new (memory) T;
+}
+
+// A new object in a slab.
+owned make_owned(const class_descriptor& type, object_arena& arena);
 
 // Presence bits, for the accessors of generated classes: `words` is fields::present.
 inline bool is_present(const std::uint32_t* words, unsigned bit) {

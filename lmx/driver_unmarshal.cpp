@@ -17,6 +17,11 @@ bool is_element_start(int token) {
          token >= kFirstNameToken;
 }
 
+// Kinds of rows that are one element, by name.
+bool is_element(particle_kind kind) {
+  return kind <= particle_kind::block;
+}
+
 bool can_start(c_xml_reader& reader, const class_descriptor& type, const particle& row);
 
 // Whether the current element may be the first of these rows. The current name is classified by `type` before and
@@ -24,7 +29,8 @@ bool can_start(c_xml_reader& reader, const class_descriptor& type, const particl
 bool any_can_start(c_xml_reader& reader, const class_descriptor& type, const particle* begin, const particle* end,
                    bool choice) {
   for (const particle* row = begin; row != end; row = next_row(row)) {
-    if (can_start(reader, type, *row)) return true;
+    const bool starts = is_element(row->kind) ? row->token == reader.current_token() : can_start(reader, type, *row);
+    if (starts) return true;
     if (!choice && !may_be_empty(*row)) return false;
   }
   return false;
@@ -52,11 +58,30 @@ bool can_start(c_xml_reader& reader, const class_descriptor& type, const particl
   }
 }
 
+// The name of an element for reports, measured when there is one.
+class name_for_reports {
+ public:
+  name_for_reports(const char* text) : _text(text) {}
+  name_for_reports(std::string_view name) : _text(name.data()), _size(name.size()) {}
+  operator std::string_view() const {
+    return _size == kUnmeasured ? std::string_view(_text) : std::string_view(_text, _size);
+  }
+
+ private:
+  static constexpr std::size_t kUnmeasured = std::string_view::npos;
+
+  const char* _text;
+  std::size_t _size = kUnmeasured;
+};
+
+elmx_error unmarshal_as(const class_descriptor& type, object& self, c_xml_reader& reader,
+                        name_for_reports element_name);
+
 // Drives one object.
 class c_unmarshal_helper {
  public:
-  c_unmarshal_helper(object& self, c_xml_reader& reader, std::string_view element_name)
-      : _reader(reader), _type(self.descriptor()), _fields(self.field_base()), _element_name(element_name) {}
+  c_unmarshal_helper(object& self, const class_descriptor& type, c_xml_reader& reader, name_for_reports element_name)
+      : _reader(reader), _type(type), _fields(self.field_base()), _element_name(element_name) {}
 
   elmx_error unmarshal() {
     elmx_error code = read_attributes();
@@ -73,7 +98,8 @@ class c_unmarshal_helper {
 
  private:
   elmx_error read_attributes();
-  elmx_error read_attribute(const attribute& row);
+  int classify_attribute(const raw_attribute& read, const name_row*& next);
+  elmx_error read_attribute(const attribute& row, const raw_attribute& read);
   elmx_error keep_any_attribute();
   elmx_error check_attributes();
   elmx_error read_simple_body();
@@ -103,7 +129,14 @@ class c_unmarshal_helper {
     const int token = _reader.current_token();
     return is_element_start(token) || token == TOKEN_NAME ? _reader.tokenise(_type.element_names, true) : token;
   }
-  bool starts(const particle& row) const { return can_start(_reader, _type, row); }
+  bool starts(const particle& row) const {
+    return is_element(row.kind) ? row.token == _reader.current_token() : can_start(_reader, _type, row);
+  }
+  // Whether there is nothing to do for a row, as for most of them.
+  bool is_absent(const particle& row) const {
+    return row.min_occurs == 0 && is_element(row.kind) && row.kind != particle_kind::block &&
+           row.token != _reader.current_token();
+  }
   elmx_error missing(const particle& row) {
     if (row.min_occurs == 0) return ELMX_OK;
     return report(ELMX_MANDATORY_ELEMENT_MISSING, row.name != nullptr ? row.name : _type.name, row.line);
@@ -126,7 +159,7 @@ class c_unmarshal_helper {
   c_xml_reader& _reader;
   const class_descriptor& _type;
   void* _fields;
-  std::string_view _element_name;
+  name_for_reports _element_name;
   int _token = TOKEN_NAME;
   bool _empty = false;                   // the start tag ended in "/>"
   unsigned _events = 0;                  // passed in the body
@@ -134,32 +167,47 @@ class c_unmarshal_helper {
 };
 
 elmx_error c_unmarshal_helper::read_attributes() {
-  for (;;) {
-    const int event = _reader.get_attribute_event();
-    if (event == TOKEN_START_TAG_END || event == TOKEN_ELEMENT_END) {
-      _empty = event == TOKEN_ELEMENT_END;
-      return ELMX_OK;
-    }
-    if (event != TOKEN_NAME) {
-      _reader.set_program_line(_type.line);
-      return _reader.report_end(ELMX_XML_BADLY_FORMED, _type.name);
-    }
-    const int token = _reader.tokenise(_type.attribute_names, false);
+  const name_row* next = _type.attribute_names;
+  while (const raw_attribute* read = _reader.next_attribute()) {
+    const int token = classify_attribute(*read, next);
     elmx_error code = ELMX_OK;
     if (token >= kFirstNameToken) {
-      code = read_attribute(_type.attributes[token - kFirstNameToken]);
+      code = read_attribute(_type.attributes[token - kFirstNameToken], *read);
     } else if (token == TOKEN_UNKNOWN && (_type.flags & kAnyAttribute) != 0) {
       code = keep_any_attribute();
     }
     if (code != ELMX_OK) return code;
   }
+  const int event = _reader.get_attribute_event();
+  if (event == TOKEN_START_TAG_END || event == TOKEN_ELEMENT_END) {
+    _empty = event == TOKEN_ELEMENT_END;
+    return ELMX_OK;
+  }
+  _reader.set_program_line(_type.line);
+  return _reader.report_end(ELMX_XML_BADLY_FORMED, _type.name);
 }
 
-elmx_error c_unmarshal_helper::read_attribute(const attribute& row) {
+// The token of an attribute. They mostly come in the order of the table, so it is looked at from `next` on first, which
+// then stands behind what was found; only a name without a prefix can be the same as one of the table's.
+int c_unmarshal_helper::classify_attribute(const raw_attribute& read, const name_row*& next) {
+  if (next != nullptr) {
+    const std::uint64_t key = name_key(read.name);
+    for (const name_row* row = next; row->name != nullptr; ++row) {
+      if (!is_named(*row, kNoNamespace, key, read.name)) continue;
+      next = row + 1;
+      return row->token;
+    }
+  }
+  const int token = _reader.tokenise(_type.attribute_names, false);
+  if (token >= kFirstNameToken) next = _type.attribute_names + (token - kFirstNameToken) + 1;
+  return token;
+}
+
+elmx_error c_unmarshal_helper::read_attribute(const attribute& row, const raw_attribute& read) {
   _reader.set_program_line(row.line);
   if (is_set(_type, _fields, row.bit)) return report_attribute(ELMX_ATTRIBUTE_ALREADY_READ, row);
-  std::string_view text;
-  if (!_reader.get_attribute_value(text, row.type->space)) {
+  std::string_view text = read.value;
+  if (!read.plain && !_reader.get_attribute_value(text, row.type->space)) {
     return report_attribute(ELMX_UNABLE_TO_READ_ATTRIBUTE_VALUE, row);
   }
   void* target = &at<char>(row.offset);
@@ -185,6 +233,7 @@ elmx_error c_unmarshal_helper::keep_any_attribute() {
 }
 
 elmx_error c_unmarshal_helper::check_attributes() {
+  if ((_type.flags & kAllOptional) != 0) return ELMX_OK;
   for (std::uint16_t i = 0; i < _type.attribute_count; ++i) {
     const attribute& row = _type.attributes[i];
     if ((row.flags & kRequired) == 0 || is_set(_type, _fields, row.bit)) continue;
@@ -255,6 +304,7 @@ elmx_error c_unmarshal_helper::read_complex_body() {
   }
   _events = 0;
   for (const particle* row = rows_begin(_type); row != rows_end(_type); row = next_row(row)) {
+    if (is_absent(*row)) continue;
     const unsigned before = _events;
     if (const elmx_error code = read_row(*row); code != ELMX_OK) return code;
     if (_events != before) _last_read = row;
@@ -301,6 +351,7 @@ elmx_error c_unmarshal_helper::pass_over_rest() {
 
 elmx_error c_unmarshal_helper::read_rows(const particle* begin, const particle* end) {
   for (const particle* row = begin; row != end; row = next_row(row)) {
+    if (is_absent(*row)) continue;
     if (const elmx_error code = read_row(*row); code != ELMX_OK) return code;
   }
   return ELMX_OK;
@@ -359,7 +410,7 @@ elmx_error c_unmarshal_helper::read_simple_element(const particle& row, bool rep
   if (code != ELMX_OK) return code;
   if (!repeated) set(_type, _fields, row.bit);
   if (!empty) {
-    const std::string_view outer = _element_name;
+    const name_for_reports outer = _element_name;
     _element_name = row.name;
     code = expect_end();
     _element_name = outer;
@@ -383,9 +434,9 @@ elmx_error c_unmarshal_helper::read_values(const particle& row) {
 }
 
 elmx_error c_unmarshal_helper::read_new(const particle& row, owned& slot) {
-  slot.reset(row.target->create());
+  slot = make_owned(*row.target, _reader.objects());
   _reader.set_program_line(row.line);
-  const elmx_error code = lmx::unmarshal(*slot.get(), _reader, row.name);
+  const elmx_error code = unmarshal_as(*row.target, *slot.get(), _reader, row.name);
   return code != ELMX_OK ? code : advance();
 }
 
@@ -433,8 +484,8 @@ elmx_error c_unmarshal_helper::read_block(const particle& row) {
 elmx_error c_unmarshal_helper::read_group(const particle& row) {
   if (!starts(row) && may_be_empty(row)) return ELMX_OK;
   owned& slot = at<owned>(row.offset);
-  slot.reset(row.target->create());
-  const elmx_error code = c_unmarshal_helper(*slot.get(), _reader, _element_name).unmarshal_in_place();
+  slot = make_owned(*row.target, _reader.objects());
+  const elmx_error code = c_unmarshal_helper(*slot.get(), *row.target, _reader, _element_name).unmarshal_in_place();
   ++_events;
   _token = classify();
   return code;
@@ -447,8 +498,8 @@ elmx_error c_unmarshal_helper::read_groups(const particle& row) {
     if (count == row.max_occurs) {
       if (const elmx_error code = too_many(row); code != ELMX_OK) return code;
     }
-    object& group = *groups.emplace_back(owned(row.target->create())).get();
-    const elmx_error code = c_unmarshal_helper(group, _reader, _element_name).unmarshal_in_place();
+    object& group = *groups.emplace_back(make_owned(*row.target, _reader.objects())).get();
+    const elmx_error code = c_unmarshal_helper(group, *row.target, _reader, _element_name).unmarshal_in_place();
     ++_events;
     _token = classify();
     if (code != ELMX_OK) return code;
@@ -472,14 +523,19 @@ elmx_error c_unmarshal_helper::read_any(const particle& row) {
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }
 
-}  // namespace
-
-elmx_error unmarshal(object& self, c_xml_reader& reader, std::string_view element_name) {
-  const class_descriptor& type = self.descriptor();
+// The type is the object's own, which whoever made it knows.
+elmx_error unmarshal_as(const class_descriptor& type, object& self, c_xml_reader& reader,
+                        name_for_reports element_name) {
   if (type.hooks != nullptr && type.hooks->unmarshal != nullptr) {
     return type.hooks->unmarshal(self, reader, element_name);
   }
-  return c_unmarshal_helper(self, reader, element_name).unmarshal();
+  return c_unmarshal_helper(self, type, reader, element_name).unmarshal();
+}
+
+}  // namespace
+
+elmx_error unmarshal(object& self, c_xml_reader& reader, std::string_view element_name) {
+  return unmarshal_as(self.descriptor(), self, reader, element_name);
 }
 
 }  // namespace rubrica::lmx

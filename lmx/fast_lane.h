@@ -37,6 +37,16 @@ class fast_lane {
   // text (5), before whose first character that is no white space it stops; kRare for all else.
   int next_event(std::string_view& name, std::vector<raw_attribute>& attributes,
                  std::vector<raw_attribute>& declarations, int& tag_end);
+  bool at_end_tag() const { return _end - _position > 2 && _position[0] == '<' && _position[1] == '/'; }
+  // With an end tag right here: its name if it is this one, else empty and nothing is passed.
+  std::string_view pass_end_tag(std::string_view name) {
+    const auto left = static_cast<std::size_t>(_end - _position);
+    if (left < name.size() + 3) return {};
+    const std::string_view found(_position + 2, name.size());
+    if (found.data()[name.size()] != '>' || !same_name(found, name)) return {};
+    _position += name.size() + 3;
+    return found;
+  }
   // The text up to the next tag, as it stands; false for what is rare. `has_reference` tells of an '&' in it, `plain`
   // that there is neither that nor white space.
   bool next_text(std::string_view& text, bool& has_reference, bool& plain);
@@ -47,7 +57,8 @@ class fast_lane {
   int read_end_tag(const char* p, std::string_view& name);
   const char* skip_space(const char* p) const;
   const char* scan_name(const char* p) const;
-  const char* scan_quoted(const char* p, char quote, bool& plain) const;
+  const char* scan_attribute(const char* p, raw_attribute& attribute) const;
+  const char* scan_value(const char* p, raw_attribute& attribute) const;
   const char* pass_character(const char* p) const;
 
   const char* _position = nullptr;

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "lmx/name_key.h"
+
 namespace rubrica::lmx {
 
 // The white space of XML.
@@ -35,21 +37,6 @@ constexpr bool is_low_surrogate(std::uint32_t unit) {
 }
 constexpr std::uint32_t join_surrogates(std::uint32_t high, std::uint32_t low) {
   return (((high & 0x3FFU) + 64U) << 10U) + (low & 0x3FFU);
-}
-
-// Comparison and search for names, which are so short that a call of the C library costs more than they do.
-inline bool same_name(std::string_view left, std::string_view right) {
-  if (left.size() != right.size()) return false;
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    if (left[i] != right[i]) return false;
-  }
-  return true;
-}
-inline std::size_t find_colon(std::string_view name) {
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    if (name[i] == ':') return i;
-  }
-  return std::string_view::npos;
 }
 
 // Writes the UTF-8 form of a code point (surrogates are not looked at: they become three bytes) and gives its length.

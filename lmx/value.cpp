@@ -111,6 +111,14 @@ elmx_error check_number(const facets& limits, T value) {
   }
 }
 
+// Comparison that ends at the first difference, as it does for nearly all tokens of an enumeration.
+bool is_token(const char* token, std::string_view text) {
+  for (const char c : text) {
+    if (*token == '\0' || *token++ != c) return false;
+  }
+  return *token == '\0';
+}
+
 elmx_error check_text(const simple_type& type, std::string_view text) {
   if (type.members != nullptr) {
     for (const simple_type* const* member = type.members; *member != nullptr; ++member) {
@@ -122,7 +130,7 @@ elmx_error check_text(const simple_type& type, std::string_view text) {
   }
   if (type.enumeration != nullptr) {
     const char* const* token = type.enumeration;
-    while (*token != nullptr && text != *token) ++token;
+    while (*token != nullptr && !is_token(*token, text)) ++token;
     if (*token == nullptr) return ELMX_VALUE_NOT_IN_ENUMERATION;
   }
   if (type.pattern != nullptr && !type.pattern->matches(text)) return ELMX_NO_PATTERN_MATCHED;
@@ -131,7 +139,7 @@ elmx_error check_text(const simple_type& type, std::string_view text) {
 
 // Sign and digits of any length. What T can't hold is told from what is no integer at all.
 template <class T>
-elmx_error parse_integer(std::string_view text, T& value) {
+elmx_error parse_any_integer(std::string_view text, T& value) {
   const bool minus = !text.empty() && text.front() == '-';
   if (minus || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
   if (text.empty()) return ELMX_INVALID_VALUE_FORMAT;
@@ -151,9 +159,24 @@ elmx_error parse_integer(std::string_view text, T& value) {
   return ELMX_OK;
 }
 
+// The same, quickest where it has so few digits that T can hold any number of them.
+template <class T>
+elmx_error parse_integer(std::string_view text, T& value) {
+  if (text.empty() || text.size() > static_cast<std::size_t>(std::numeric_limits<T>::digits10)) {
+    return parse_any_integer(text, value);
+  }
+  std::uint64_t magnitude = 0;
+  for (const char c : text) {
+    if (!is_digit(c)) return parse_any_integer(text, value);
+    magnitude = magnitude * 10 + static_cast<std::uint64_t>(c - '0');
+  }
+  value = static_cast<T>(magnitude);
+  return ELMX_OK;
+}
+
 elmx_error parse_form(const simple_type&, std::string_view text, bool& value) {
-  value = text == "true" || text == "1";
-  return value || text == "false" || text == "0" ? ELMX_OK : ELMX_INVALID_VALUE_FORMAT;
+  value = same_name(text, "true") || same_name(text, "1");
+  return value || same_name(text, "false") || same_name(text, "0") ? ELMX_OK : ELMX_INVALID_VALUE_FORMAT;
 }
 
 template <class T>
@@ -232,9 +255,12 @@ bool same(const T& left, const T& right) {
 
 template <class T>
 elmx_error parse_typed(const simple_type& type, std::string_view text, T& value) {
-  if (const elmx_error code = check_text(type, text); code != ELMX_OK) return code;
+  if (type.enumeration != nullptr || type.pattern != nullptr || type.members != nullptr) {
+    if (const elmx_error code = check_text(type, text); code != ELMX_OK) return code;
+  }
   if (const elmx_error code = parse_form(type, text, value); code != ELMX_OK) return code;
-  if (const elmx_error code = check_digits(limits_of(type), text); code != ELMX_OK) return code;
+  if (type.limits == nullptr) return ELMX_OK;
+  if (const elmx_error code = check_digits(*type.limits, text); code != ELMX_OK) return code;
   return check_converted(type, value);
 }
 

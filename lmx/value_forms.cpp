@@ -53,6 +53,18 @@ bool is_huge(std::string_view whole, std::string_view fraction, std::string_view
   return in_fraction != std::string_view::npos && power > static_cast<long>(in_fraction);
 }
 
+// Whole numbers without a sign that a double holds exactly.
+bool parse_whole(std::string_view text, double& value) {
+  if (text.empty() || text.size() > std::numeric_limits<double>::digits10) return false;
+  std::uint64_t whole = 0;
+  for (const char c : text) {
+    if (!is_digit(c)) return false;
+    whole = whole * 10 + static_cast<std::uint64_t>(c - '0');
+  }
+  value = static_cast<double>(whole);
+  return true;
+}
+
 constexpr std::string_view kBase64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 constexpr std::array<signed char, 256> make_base64_values() {
@@ -100,6 +112,7 @@ constexpr std::array<bool, 256> kSpecials = make_specials();
 
 bool parse_double(std::string_view text, double& value) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  if (parse_whole(text, value)) return true;
   if (text == "INF" || text == "-INF") {
     value = text.front() == '-' ? -kInfinity : kInfinity;
     return true;

@@ -108,7 +108,8 @@ def packed_functions(plan) -> list:
             "}  // namespace", "",
             "const lmx::class_descriptor %s::kDescriptor = {" % q,
             "    .name = %s," % cpp_string(plan.described),
-            "    .create = []() -> lmx::object* { return new %s; }," % q,
+            "    .construct = &lmx::construct<%s>," % q,
+            "    .size = sizeof(%s)," % q,
             "    .module = &kModule,",
             "    .hooks = &k%s_hooks," % q,
             "    .block = &k%s_block," % q,
@@ -183,7 +184,8 @@ def particles_table(key, plan, fields, elements) -> list:
 
 def descriptor(key, plan, fields, elements) -> str:
     cells = [".name = " + cpp_string(plan.described),
-             ".create = []() -> lmx::object* { return new %s; }" % plan.qualified, ".module = &kModule"]
+             ".construct = &lmx::construct<%s>" % plan.qualified, ".size = sizeof(%s)" % plan.qualified,
+             ".module = &kModule"]
     if plan.attributes:
         cells += [".attribute_names = k%s_attribute_names" % key, ".attributes = k%s_attributes" % key]
     if elements:
@@ -199,8 +201,9 @@ def descriptor(key, plan, fields, elements) -> str:
     if plan.bits:
         cells.append(".present_offset = offsetof(%s, present)" % fields)
     cells.append(".line = %d" % plan.line)
-    if plan.flags:
-        cells.append(".flags = " + " | ".join(plan.flags))
+    flags = plan.flags if any("lmx::kRequired" in m.flags for m in plan.attributes) else plan.flags + ["lmx::kAllOptional"]
+    if flags:
+        cells.append(".flags = " + " | ".join(flags))
     return "const lmx::class_descriptor %s::kDescriptor = {\n    %s};" % (plan.qualified, ",\n    ".join(cells))
 
 

@@ -66,6 +66,16 @@ TEST(Attributes, AbsentOnesKeepTheirDefaultAndAreNotPresent) {
 TEST(Attributes, TwiceIsAnError) {
   expect_leaf_failure("name='a' name='b' id='1'", ELMX_ATTRIBUTE_ALREADY_READ, "@name");
   expect_leaf_failure("name='a' id='1' r:id='' r:id=''", ELMX_ATTRIBUTE_ALREADY_READ, "@r:id");
+  expect_leaf_failure("name='a' id='1' version='1' id='2'", ELMX_ATTRIBUTE_ALREADY_READ, "@id");
+}
+
+TEST(Attributes, AreReadInAnyOrder) {
+  c_CT_Leaf leaf;
+  EXPECT_EQ(read_leaf(leaf, "version='1' state='hidden' r:id='rId2' id='8' foreign='x' name='b'").code, 0);
+  EXPECT_EQ(leaf.f.name, "b");
+  EXPECT_EQ(leaf.f.id, 8U);
+  EXPECT_EQ(leaf.f.r_id, "rId2");
+  EXPECT_EQ(leaf.f.present[0], 0x2FU);
 }
 
 TEST(Attributes, RequiredOnesThatMissNameTheClass) {
@@ -185,6 +195,10 @@ TEST(Body, EndTagsMustMatch) {
   EXPECT_EQ(read(object, kRoot, kOpen + "<title/><b/><c/></toor>").code, ELMX_BAD_END_OF_ELEMENT);
   expect_failure("<title></titel><b/><c/>", ELMX_BAD_END_OF_ELEMENT, "title");
   expect_failure("<title/><a name='' id='1'></b>", ELMX_BAD_END_OF_ELEMENT, "a");
+  expect_failure("<title/><a name='' id='1'></aa>", ELMX_BAD_END_OF_ELEMENT, "a");
+  expect_failure("<title></titl><b/><c/>", ELMX_BAD_END_OF_ELEMENT, "title");
+  expect_failure("<title></title/><b/><c/>", ELMX_NOT_WELL_FORMED, "title");
+  EXPECT_EQ(read_root(object, "<title></title\n><b> </b ><c/>").code, ELMX_OK);
   expect_failure("<title/><b/><c/><f></g>", ELMX_BAD_END_OF_ELEMENT, "f");
   expect_failure("<title/><b/><c/><foreign></other>", ELMX_NOT_WELL_FORMED, "root");
 }

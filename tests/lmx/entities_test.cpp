@@ -42,6 +42,14 @@ TEST(Entities, TheFiveBuiltInOnes) {
   EXPECT_EQ(attribute_of("<a x='&lt;&gt;&amp;&apos;&quot;'/>").text, "<>&'\"");
 }
 
+TEST(Entities, BuiltInOnesBesideOthers) {
+  EXPECT_EQ(attribute_of("<a x='a &lt; b &#65; &gt;'/>").text, "a < b A >");
+  for (const std::string bad : {"&lt;&foo;", "&lt;&", "&lt;&amp", "&quott;", "&quo;", "&;", "&LT;"}) {
+    EXPECT_FALSE(attribute_of("<a x='" + bad + "'/>").read) << bad;
+  }
+  EXPECT_EQ(attribute_of(with_subset("<!ENTITY lt 'x'><!ENTITY e '&lt;'>", "<a x='&lt;&e;'/>")).text, "<<");
+}
+
 TEST(Entities, CharacterReferencesInBothForms) {
   EXPECT_EQ(text_of("<a>&#65;&#x42;&#x6a;&#228;&#x1F600;</a>").text, "ABj\xC3\xA4\xF0\x9F\x98\x80");
   EXPECT_EQ(attribute_of("<a x='&#65;&#x42;'/>").text, "AB");

@@ -55,6 +55,23 @@ TEST(Lanes, AgreeOnEveryByteReplaced) {
   }
 }
 
+// The lane looks at sixteen bytes in a step: whatever stops it may stand at any place of such a step.
+TEST(Lanes, AgreeWhereverSomethingStandsInALongRun) {
+  for (const std::string found :
+       {"<", ">", "&", "&amp;", "&#66;", "&x;", "'", "\"", " ", "\t", "\n", "\r",       "\r\n",     "=",
+        "/", "-", ".", ":",     "_",     ",",   "@", "[",  "`", "{",  ";",  "\xC3\xA4", "\xC2\x85", "\x80"}) {
+    for (std::size_t before = 0; before <= 34; ++before) {
+      const std::string run = std::string(before, 'x') + found + std::string(before % 3 == 0 ? 20 : 0, 'y');
+      for (const std::string& document : {"<a>" + run + "</a>", "<a b=\"" + run + "\" c='1'/>", "<a b='" + run + "'/>",
+                                          "<a" + run + "/>", "<a " + run + "='1'></a>", "<a></a" + run + ">"}) {
+        for (const unsigned policy : {1U, 2U}) {
+          ASSERT_EQ(trace_memory(document, policy, true), trace_memory(document, policy, false)) << document;
+        }
+      }
+    }
+  }
+}
+
 TEST(Lanes, AgreeWhereRareThingsStandBesideTags) {
   for (const std::string rare : {"\r",
                                  "\r\n",

@@ -19,11 +19,6 @@ constexpr simple_type kDouble{.kind = value_kind::float64, .space = white_space:
 constexpr simple_type kState{.space = white_space::collapse, .enumeration = kStates};
 constexpr simple_type kSpan{.space = white_space::collapse};
 
-template <class T>
-object* create() {
-  return new T;
-}
-
 using leaf = c_CT_Leaf::fields;
 constexpr name_row kLeafNames[] = {{1, 4, 13, "name"},
                                    {1, 2, 14, "id"},
@@ -52,7 +47,8 @@ constexpr attribute kLeafAttributes[] = {
      .line = 16},
 };
 constexpr class_descriptor kLeaf{.name = "CT_Leaf",
-                                 .create = create<c_CT_Leaf>,
+                                 .construct = &construct<c_CT_Leaf>,
+                                 .size = sizeof(c_CT_Leaf),
                                  .module = &kModule,
                                  .attribute_names = kLeafNames,
                                  .attributes = kLeafAttributes,
@@ -67,7 +63,8 @@ constexpr attribute kFormulaAttributes[] = {
     {.name = "si", .type = &kUnsigned, .offset = offsetof(formula, si), .bit = 1, .line = 21}};
 constexpr simple_body kFormulaBody{.type = &kText, .offset = offsetof(formula, text), .bit = 0, .line = 22};
 constexpr class_descriptor kFormula{.name = "CT_Formula",
-                                    .create = create<c_CT_Formula>,
+                                    .construct = &construct<c_CT_Formula>,
+                                    .size = sizeof(c_CT_Formula),
                                     .module = &kModule,
                                     .attribute_names = kFormulaNames,
                                     .attributes = kFormulaAttributes,
@@ -75,15 +72,19 @@ constexpr class_descriptor kFormula{.name = "CT_Formula",
                                     .attribute_count = 1};
 
 constexpr simple_body kNumberBody{.type = &kDouble, .offset = offsetof(c_CT_Number::fields, value), .bit = 0};
-constexpr class_descriptor kNumber{
-    .name = "CT_Number", .create = create<c_CT_Number>, .module = &kModule, .body = &kNumberBody};
+constexpr class_descriptor kNumber{.name = "CT_Number",
+                                   .construct = &construct<c_CT_Number>,
+                                   .size = sizeof(c_CT_Number),
+                                   .module = &kModule,
+                                   .body = &kNumberBody};
 
 constexpr particle kExtensionRows[] = {{.kind = particle_kind::any,
                                         .min_occurs = 0,
                                         .max_occurs = kUnbounded,
                                         .offset = offsetof(c_EG_Extensions::fields, any)}};
 constexpr class_descriptor kExtensions{.name = "EG_Extensions",
-                                       .create = create<c_EG_Extensions>,
+                                       .construct = &construct<c_EG_Extensions>,
+                                       .size = sizeof(c_EG_Extensions),
                                        .module = &kModule,
                                        .particles = kExtensionRows,
                                        .particle_count = 1,
@@ -94,7 +95,8 @@ constexpr particle kExtensionListRows[] = {{.kind = particle_kind::group,
                                             .min_occurs = 0,
                                             .offset = offsetof(c_CT_ExtensionList::fields, group)}};
 constexpr class_descriptor kExtensionList{.name = "CT_ExtensionList",
-                                          .create = create<c_CT_ExtensionList>,
+                                          .construct = &construct<c_CT_ExtensionList>,
+                                          .size = sizeof(c_CT_ExtensionList),
                                           .module = &kModule,
                                           .particles = kExtensionListRows,
                                           .particle_count = 1};
@@ -107,7 +109,8 @@ constexpr particle kStepRows[] = {
     {.kind = particle_kind::child, .token = 14, .name = "y", .target = &kLeaf, .offset = offsetof(step, y)},
 };
 constexpr class_descriptor kStep{.name = "Step",
-                                 .create = create<c_Step>,
+                                 .construct = &construct<c_Step>,
+                                 .size = sizeof(c_Step),
                                  .module = &kModule,
                                  .element_names = kStepNames,
                                  .particles = kStepRows,
@@ -202,7 +205,8 @@ constexpr particle kRootRows[] = {
      .offset = offsetof(root, extensions)},
 };
 constexpr class_descriptor kRootType{.name = "CT_Root",
-                                     .create = create<c_CT_Root>,
+                                     .construct = &construct<c_CT_Root>,
+                                     .size = sizeof(c_CT_Root),
                                      .module = &kModule,
                                      .attribute_names = kRootAttributeNames,
                                      .attributes = kRootAttributes,
@@ -221,7 +225,8 @@ constexpr particle kMixedRows[] = {{.kind = particle_kind::values,
                                     .max_occurs = kUnbounded,
                                     .offset = offsetof(c_CT_Mixed::fields, words)}};
 constexpr class_descriptor kMixedType{.name = "CT_Mixed",
-                                      .create = create<c_CT_Mixed>,
+                                      .construct = &construct<c_CT_Mixed>,
+                                      .size = sizeof(c_CT_Mixed),
                                       .module = &kModule,
                                       .element_names = kMixedNames,
                                       .particles = kMixedRows,
@@ -253,8 +258,11 @@ constexpr class_hooks kPackedHooks{
           item = "packed";
           return static_cast<const c_CT_Packed&>(self).text.empty() ? ELMX_TYPE_NOT_SET : ELMX_OK;
         }};
-constexpr class_descriptor kPackedType{
-    .name = "CT_Packed", .create = create<c_CT_Packed>, .module = &kModule, .hooks = &kPackedHooks};
+constexpr class_descriptor kPackedType{.name = "CT_Packed",
+                                       .construct = &construct<c_CT_Packed>,
+                                       .size = sizeof(c_CT_Packed),
+                                       .module = &kModule,
+                                       .hooks = &kPackedHooks};
 
 }  // namespace
 

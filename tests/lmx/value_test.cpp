@@ -93,6 +93,9 @@ TEST(Doubles, AcceptedForms) {
   EXPECT_EQ(read("1.5E-3"), 0.0015);
   EXPECT_EQ(read("1e+2"), 100.0);
   EXPECT_EQ(read("0.1"), 0.1);
+  EXPECT_EQ(read("007"), 7.0);
+  EXPECT_EQ(read("999999999999999"), 999999999999999.0);
+  EXPECT_EQ(read("9007199254740993"), 9007199254740992.0);  // beyond 2^53: the even neighbour
   EXPECT_EQ(read("INF"), std::numeric_limits<double>::infinity());
   EXPECT_EQ(read("-INF"), -std::numeric_limits<double>::infinity());
   EXPECT_TRUE(std::isnan(read("NaN")));
@@ -221,6 +224,9 @@ TEST(Enumerations, TokensExactly) {
   EXPECT_EQ(value, "hidden");
   EXPECT_EQ(parse_value(kState, "Visible", &value), ELMX_VALUE_NOT_IN_ENUMERATION);
   EXPECT_EQ(parse_value(kState, "", &value), ELMX_VALUE_NOT_IN_ENUMERATION);
+  EXPECT_EQ(parse_value(kState, "hidde", &value), ELMX_VALUE_NOT_IN_ENUMERATION);
+  EXPECT_EQ(parse_value(kState, "hiddenn", &value), ELMX_VALUE_NOT_IN_ENUMERATION);
+  EXPECT_EQ(parse_value(kState, std::string_view("hidden\0", 7), &value), ELMX_VALUE_NOT_IN_ENUMERATION);
 }
 
 TEST(Unions, TakeWhatAMemberTakes) {
