@@ -73,8 +73,9 @@ class PackedCell:
         if form == 0:
             return None
         if form > MOST_PACKED + 1:
-            extra = self.value["_extra"]
-            return f"(long) {extra}"
+            at = int(self.value["_text"].address) + SHORT_VALUE - gdb.lookup_type("void").pointer().sizeof
+            extra = gdb.lookup_type("rubrica::ooxml::packed_cell::extra").pointer().pointer()
+            return str(gdb.Value(at).cast(extra).dereference()["v"])
         data = bytes(int(self.value["_text"]["_M_elems"][i]) & 0xFF for i in range(SHORT_VALUE))
         length = form - 1
         if length <= SHORT_VALUE:

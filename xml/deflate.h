@@ -1,4 +1,5 @@
-// DEFLATE over whole buffers, the codec of package parts. Errors are xlerror; an object belongs to one thread.
+// What reads package parts out of whole buffers: INFLATE and the check sum. Errors are xlerror; an object belongs to
+// one thread.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +10,6 @@
 
 #include "platform/large_block.h"
 
-struct libdeflate_compressor;
 struct libdeflate_decompressor;
 
 namespace rubrica {
@@ -23,18 +23,6 @@ struct ByteBlock {
 };
 
 std::uint32_t crc32Of(std::string_view bytes);
-
-class Deflater {
- public:
-  Deflater();
-  ByteBlock compress(std::string_view bytes);
-
- private:
-  struct Free {
-    void operator()(libdeflate_compressor* compressor) const;
-  };
-  std::unique_ptr<libdeflate_compressor, Free> _compressor;
-};
 
 class Inflater {
  public:

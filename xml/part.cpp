@@ -81,15 +81,18 @@ BinaryFile::BinaryFile(const std::string& path) {
 }
 
 void BinaryFile::save(std::string& target) {
-  const auto* bytes = reinterpret_cast<const char*>(_bytes.data());
   if (target.empty()) {
-    target.assign(bytes, _bytes.size());
+    target.assign(_bytes.begin(), _bytes.end());
     return;
   }
   std::ofstream file(std::filesystem::path(std::u8string(target.begin(), target.end())), std::ios::binary);
-  file.write(bytes, static_cast<std::streamsize>(_bytes.size()));
+  write(file);
   file.close();
   if (file.fail()) throw xlerror(lmx::get_error_text(lmx::ELMX_UNABLE_TO_OPEN_FILE));
+}
+
+void BinaryFile::write(std::ostream& target) {
+  target.write(reinterpret_cast<const char*>(_bytes.data()), static_cast<std::streamsize>(_bytes.size()));
 }
 
 std::string_view BinaryFile::pictureType() const {

@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/xlerror.h"
+#include "lmx/c_xml_writer.h"
 #include "lmx/elmx_error.h"
 #include "xml/markup_compatibility.h"
 #include "xml/part_repair.h"
@@ -21,6 +23,8 @@ class XFile {
   // xlerror.
   virtual void save(std::string& target) = 0;
   virtual ~XFile() = default;
+  // Writes the part to a stream, whose state says whether it could take all of it. Throws xlerror.
+  virtual void write(std::ostream& target) = 0;
   // Elements and attributes that markup compatibility took out of the part when it was read.
   std::size_t droppedMarkup() const { return _droppedMarkup; }
 
@@ -42,6 +46,7 @@ class BinaryFile : public XFile {
   BinaryFile(const BinaryFile&) = default;
 
   void save(std::string& target) override;
+  void write(std::ostream& target) override;
   const std::uint8_t* data() const { return _bytes.data(); }
   std::size_t size() const { return _bytes.size(); }
   // What the first bytes say: "png", "jpg", "wmf", "emf", "gif", "bmp", or nothing.
@@ -78,8 +83,11 @@ class XmlFile : public XFile, public Root {
   void read(const char* data, std::size_t size);
   void readFile(const std::string& path);
   void save(std::string& target) override;
+  void write(std::ostream& target) override;
 
  protected:
+  // Brings the tree up to date before it is written.
+  virtual void bringUpToDate() {}
   // Replaces the tree by what `unmarshal(root, text)` makes of a text, or of the text as repaired.
   template <class Unmarshal>
   void bind(std::string_view text, const Unmarshal& unmarshal);
@@ -123,9 +131,18 @@ void XmlFile<Root>::readFile(const std::string& path) {
 
 template <class Root>
 void XmlFile<Root>::save(std::string& target) {
+  bringUpToDate();
   const Root& root = *this;
   const auto code = target.empty() ? root.marshal(target) : root.marshal(target.c_str());
   if (code) throwBindingError(code);
+}
+
+template <class Root>
+void XmlFile<Root>::write(std::ostream& target) {
+  bringUpToDate();
+  const Root& root = *this;
+  lmx::c_xml_writer writer(target);
+  if (const auto code = root.marshal(writer)) throwBindingError(code);
 }
 
 }  // namespace rubrica

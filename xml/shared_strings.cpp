@@ -75,9 +75,8 @@ std::uint32_t SharedStrings<Tag>::addCopyTo(SharedStrings& target, std::size_t i
 }
 
 template <class Tag>
-void SharedStrings<Tag>::save(std::string& target) {
+void SharedStrings<Tag>::bringUpToDate() {
   this->set_uniqueCount(static_cast<std::uint32_t>(count()));
-  Base::save(target);
 }
 
 template class SharedStrings<excelNormal_tag>;

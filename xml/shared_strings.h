@@ -41,9 +41,9 @@ class SharedStrings final : public XmlFile<typename Flavour<Tag>::SstRoot> {
 
   // How many cells of the book refer to this table, for the part's count attribute.
   void setReferenceCount(std::uint32_t count) { this->set_count(count); }
-  void save(std::string& target) override;
 
  private:
+  void bringUpToDate() override;
   // A text that is looked up, with its hash.
   struct Key {
     std::string_view text;

@@ -79,7 +79,6 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
 
   // Brings everything beside the tree into line with it. Throws xlerror where a row or a cell lies outside the sheet.
   void init();
-  void save(std::string& target) override;
   XMLBookImplT<Tag>& book() const { return *_book; }
   // Cells that refer to the shared strings.
   std::uint32_t sharedStringCells() const;
@@ -343,6 +342,7 @@ class XMLSheetImplT final : public XmlFile<typename Flavour<Tag>::WorksheetRoot>
   std::size_t checkedLink(int index) const;
   void forgetLinkTarget(const std::string& id);
 
+  void bringUpToDate() override;
   void dropEmptyLists();
 
   // ---- Filters (sheet_filters.cpp)

@@ -1,6 +1,5 @@
 // What a worksheet brings up to date before it is written.
 #include "engine/address.h"
-#include "platform/large_block.h"
 #include "source/ooxml/cell_address.h"
 #include "xml/book_impl.h"
 #include "xml/sheet_impl.h"
@@ -9,10 +8,6 @@ namespace rubrica {
 namespace {
 
 constexpr double kDefaultRowHeight = 15.0;  // points
-// What a row and a cell take in the text of most sheets at most, in bytes. Room that stays untouched costs nothing; a
-// text that outgrows it is copied.
-constexpr std::size_t kRowText = 64;
-constexpr std::size_t kCellText = 48;
 
 std::string rangeText(const UsedRange& used) {
   std::string text;
@@ -50,22 +45,13 @@ void XMLSheetImplT<Tag>::dropEmptyLists() {
 }
 
 template <class Tag>
-void XMLSheetImplT<Tag>::save(std::string& target) {
+void XMLSheetImplT<Tag>::bringUpToDate() {
   auto& data = this->get_sheetData();
   // Spans of a file may no longer be true.
-  std::size_t room = data.size_row() * kRowText;
-  for (std::size_t i = 0; i < data.size_row(); ++i) {
-    data.get_row(i).unset_spans();
-    room += data.get_row(i).size_c() * kCellText;
-  }
-  if (target.empty()) {
-    target.reserve(room);
-    platform::preferLargePages(target.data(), target.capacity());
-  }
+  for (std::size_t i = 0; i < data.size_row(); ++i) data.get_row(i).unset_spans();
   if (!this->isset_sheetFormatPr()) this->get_sheetFormatPr().set_defaultRowHeight(kDefaultRowHeight);
   dropEmptyLists();
   this->get_dimension().set_ref(rangeText(_used));
-  Base::save(target);
 }
 
 template class XMLSheetImplT<excelNormal_tag>;

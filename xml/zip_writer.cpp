@@ -9,7 +9,7 @@
 #include <fstream>
 #include <zip.h>
 
-#include "xml/deflate.h"
+#include "xml/deflater.h"
 
 namespace rubrica {
 namespace {
@@ -70,35 +70,32 @@ class ZipWriter::Entry {
   XFile& _part;
   zip_error_t _error;
   bool _isPrepared = false;
-  ByteBlock _compressed;
+  DeflatedText _deflated;  // of a plain part the size alone
   std::ifstream _file;
-  std::size_t _position = 0;
-  std::uint64_t _size = 0, _compressedSize = 0;
-  std::uint32_t _crc = 0;
+  std::size_t _piece = 0, _position = 0;  // of what is read next, and where in that piece
 };
 
 void ZipWriter::Entry::prepare() {
   if (_isPrepared) return;
-  std::string text = _state.temporaryFile;
-  _part.save(text);
   if (_state.temporaryFile.empty()) {
-    _size = text.size();
-    _crc = crc32Of(text);
-    _compressed = _state.deflater.compress(text);
-    _compressedSize = _compressed.size;
+    std::ostream stream(&_state.deflater);
+    _part.write(stream);
+    _deflated = _state.deflater.finish();
   } else {
-    _size = std::filesystem::file_size(nativePath(_state.temporaryFile));
+    std::string path = _state.temporaryFile;
+    _part.save(path);
+    _deflated.size = std::filesystem::file_size(nativePath(path));
   }
   _isPrepared = true;
 }
 
 zip_int64_t ZipWriter::Entry::describe(zip_stat_t& about) const {
   zip_stat_init(&about);
-  about.size = _size;
+  about.size = _deflated.size;
   about.valid = ZIP_STAT_SIZE;
   if (_state.temporaryFile.empty()) {
-    about.comp_size = _compressedSize;
-    about.crc = _crc;
+    about.comp_size = _deflated.compressedSize;
+    about.crc = _deflated.crc;
     about.comp_method = ZIP_CM_DEFLATE;
     about.valid |= ZIP_STAT_COMP_SIZE | ZIP_STAT_CRC | ZIP_STAT_COMP_METHOD;
   }
@@ -110,15 +107,21 @@ zip_int64_t ZipWriter::Entry::read(char* to, std::size_t size) {
     _file.read(to, static_cast<std::streamsize>(size));
     return _file.bad() ? -1 : static_cast<zip_int64_t>(_file.gcount());
   }
-  const std::size_t taken = std::min(size, _compressed.size - _position);
-  std::memcpy(to, _compressed.bytes.get() + _position, taken);
-  _position += taken;
-  return static_cast<zip_int64_t>(taken);
+  const std::vector<ByteBlock>& pieces = _deflated.pieces;
+  while (_piece < pieces.size() && _position == pieces[_piece].size) {
+    ++_piece;
+    _position = 0;
+  }
+  if (_piece == pieces.size()) return 0;
+  const std::string_view rest = pieces[_piece].view().substr(_position, size);
+  std::memcpy(to, rest.data(), rest.size());
+  _position += rest.size();
+  return static_cast<zip_int64_t>(rest.size());
 }
 
 // What the container asks for later are the sizes alone.
 void ZipWriter::Entry::finish() {
-  _compressed = {};
+  _deflated.pieces.clear();
   if (_state.temporaryFile.empty()) return;
   _file.close();
   std::error_code ignored;
@@ -134,7 +137,7 @@ zip_int64_t ZipWriter::Entry::answer(void* data, zip_uint64_t size, zip_source_c
       return size < sizeof(zip_stat_t) ? -1 : describe(*static_cast<zip_stat_t*>(data));
     case ZIP_SOURCE_OPEN:
       prepare();
-      _position = 0;
+      _piece = _position = 0;
       if (!_state.temporaryFile.empty()) _file.open(nativePath(_state.temporaryFile), std::ios::binary);
       return !_state.temporaryFile.empty() && !_file.is_open() ? -1 : 0;
     case ZIP_SOURCE_READ:

@@ -1,5 +1,5 @@
 // Writes parts into a new ZIP archive on an output stream. Each part is asked for its bytes only when its turn comes
-// and is forgotten once it is written, so that the text of one part exists at a time.
+// and is forgotten once it is written, so that of all the text only a piece exists at a time.
 #pragma once
 
 #include <memory>

@@ -48,7 +48,7 @@ unsigned numberCode(char c) {
 
 }  // namespace
 
-static_assert(sizeof(void*) != 8 || sizeof(packed_cell) == 40);
+static_assert(sizeof(void*) != 8 || sizeof(packed_cell) == 32);
 
 std::string_view cellTypeToken(cell_type type) {
   return kTypeTokens[static_cast<std::size_t>(type)];
@@ -59,25 +59,38 @@ packed_cell::packed_cell(const packed_cell& other)
       _word(other._word),
       _style(other._style),
       _column(other._column),
-      _form(other._form),
-      _text(other._text),
-      _extra(other._extra ? std::make_unique<extra>(*other._extra) : nullptr) {}
+      _form(other.is_plain() ? other._form : kNoValue),
+      _text(other._text) {
+  if (!other.is_plain()) hold(std::make_unique<extra>(*other.find_extra()));
+}
 
 packed_cell& packed_cell::operator=(const packed_cell& other) {
   if (this == &other) return *this;
-  auto copied = other._extra ? std::make_unique<extra>(*other._extra) : nullptr;
+  auto copied = other.is_plain() ? nullptr : std::make_unique<extra>(*other.find_extra());
+  drop_extra();
   _word = other._word;
   _style = other._style;
   _column = other._column;
   _form = other._form;
   _text = other._text;
-  _extra = std::move(copied);
+  if (copied) hold(std::move(copied));
   return *this;
 }
 
+void packed_cell::hold(std::unique_ptr<extra> held) {
+  extra* const address = held.release();
+  std::memcpy(_text.data() + kExtraAt, &address, sizeof(address));
+  _form = kExtra;
+}
+
 packed_cell::extra& packed_cell::need_extra() {
-  if (!_extra) _extra = std::make_unique<extra>();
-  return *_extra;
+  if (is_plain()) {
+    auto made = std::make_unique<extra>();
+    made->has_v = isset_v();
+    made->v = get_v();
+    hold(std::move(made));
+  }
+  return *find_extra();
 }
 
 std::string packed_cell::get_r() const {
@@ -116,7 +129,7 @@ std::string packed_cell::get_v() const {
 
 std::string_view packed_cell::view_v(value_buffer& buffer) const {
   if (_form == kNoValue) return {};
-  if (_form == kLong) return _extra ? std::string_view(_extra->v) : std::string_view();
+  if (_form == kExtra) return find_extra()->v;
   const auto size = static_cast<std::size_t>(_form - 1);
   if (size <= kShort) return {_text.data(), size};
   bool is_numeric = false;
@@ -127,7 +140,7 @@ std::string_view packed_cell::view_v(value_buffer& buffer) const {
 // Copies all that there may be, since a known count is faster than the right one.
 char* packed_cell::put_v(char* out, bool& is_numeric) const {
   static_assert(std::tuple_size_v<value_buffer> >= kMostPacked);
-  if (_form == kLong) return nullptr;
+  if (_form == kExtra) return nullptr;
   is_numeric = _form > 1 + kShort;
   if (!is_numeric) {
     std::memcpy(out, _text.data(), kShort);
@@ -140,17 +153,17 @@ char* packed_cell::put_v(char* out, bool& is_numeric) const {
 }
 
 void packed_cell::set_v(std::string_view text) {
-  if (text.size() <= kShort) {
+  if (is_plain() && text.size() <= kShort) {
     std::array<char, kShort> copied{};  // the text may be a view of this cell's own value
     std::copy(text.begin(), text.end(), copied.begin());
-    unset_v();
     _text = copied;
     _form = static_cast<std::uint8_t>(1 + text.size());
     return;
   }
-  if (set_numeric(text)) return;
-  need_extra().v.assign(text);
-  _form = kLong;
+  if (is_plain() && set_numeric(text)) return;
+  extra& rest = need_extra();
+  rest.v.assign(text);
+  rest.has_v = true;
 }
 
 bool packed_cell::set_numeric(std::string_view text) {
@@ -171,15 +184,18 @@ bool packed_cell::set_numeric(std::string_view text) {
     packed[pairs] = static_cast<char>(last | 0xF0U);
   }
   if ((seen & kNoCode) != 0) return false;
-  unset_v();
   _text = packed;
   _form = static_cast<std::uint8_t>(1 + text.size());
   return true;
 }
 
 void packed_cell::unset_v() {
-  if (_form == kLong && _extra) std::string().swap(_extra->v);
-  _form = kNoValue;
+  if (is_plain()) {
+    _form = kNoValue;
+    return;
+  }
+  std::string().swap(find_extra()->v);
+  find_extra()->has_v = false;
 }
 
 void packed_cell::set_cm(std::uint32_t index) {
@@ -188,9 +204,9 @@ void packed_cell::set_cm(std::uint32_t index) {
 }
 
 void packed_cell::unset_cm() {
-  if (!_extra) return;
-  _extra->cm = 0;
-  _extra->has_cm = false;
+  if (is_plain()) return;
+  find_extra()->cm = 0;
+  find_extra()->has_cm = false;
 }
 
 void packed_cell::set_vm(std::uint32_t index) {
@@ -199,9 +215,9 @@ void packed_cell::set_vm(std::uint32_t index) {
 }
 
 void packed_cell::unset_vm() {
-  if (!_extra) return;
-  _extra->vm = 0;
-  _extra->has_vm = false;
+  if (is_plain()) return;
+  find_extra()->vm = 0;
+  find_extra()->has_vm = false;
 }
 
 void packed_cell::set_ph(bool shown) {
@@ -210,9 +226,9 @@ void packed_cell::set_ph(bool shown) {
 }
 
 void packed_cell::unset_ph() {
-  if (!_extra) return;
-  _extra->ph = false;
-  _extra->has_ph = false;
+  if (is_plain()) return;
+  find_extra()->ph = false;
+  find_extra()->has_ph = false;
 }
 
 }  // namespace rubrica::ooxml

@@ -1,4 +1,4 @@
-// A worksheet cell in 40 bytes, since a sheet holds millions of them. `packed_cell` is everything that does not depend
+// A worksheet cell in 32 bytes, since a sheet holds millions of them. `packed_cell` is everything that does not depend
 // on the schema module; `cell_of` adds the formula, the inline string and the extension list of one module and makes
 // the class c_CT_Cell of `sheet` and of `strict`. Rows own their cells; a cell belongs to one thread at a time.
 //
@@ -8,14 +8,17 @@
 //          16  column (zero-based)
 //          18  form of the value, see value_form
 //          19  13 bytes: the value's text, or its characters at four bits each, the lower half first, when all occur in
-//          numbers 32  what few cells have: formula, inline string, long text, `cm`, `vm`, `ph`, extension list
+//              numbers; or, from 24 on, the address of what few cells have (formula, inline string, long text, `cm`,
+//              `vm`, `ph`, extension list), where the value then stands too
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "lmx/descriptor.h"
 
@@ -68,34 +71,34 @@ class packed_cell : public lmx::object {
   std::string get_v() const;
   // The value without a copy where that can be: the view is into the cell or into the buffer.
   std::string_view view_v(value_buffer& buffer) const;
-  // Writes the value to `out`, where there is room for a value_buffer, and answers its end; null when it is longer than
-  // what is kept in the cell. `is_numeric` tells that it consists of characters of numbers alone; false says nothing.
+  // Writes the value to `out`, where there is room for a value_buffer, and answers its end; null when the cell isn't
+  // plain. `is_numeric` tells that it consists of characters of numbers alone; false says nothing.
   char* put_v(char* out, bool& is_numeric) const;
   void set_v(std::string_view text);
   void unset_v();
-  bool isset_v() const { return _form != kNoValue; }
+  bool isset_v() const { return is_plain() ? _form != kNoValue : find_extra()->has_v; }
 
   // Leaves the reference and the style, and nothing else.
   void unset_content() {
     unset_t();
+    drop_extra();
     _form = kNoValue;
-    _extra.reset();
   }
   // Whether there is nothing but attributes `r`, `s` and `t` and a short value.
-  bool is_plain() const { return !_extra; }
+  bool is_plain() const { return _form != kExtra; }
 
-  std::uint32_t get_cm() const { return _extra ? _extra->cm : 0; }
+  std::uint32_t get_cm() const { return is_plain() ? 0 : find_extra()->cm; }
   void set_cm(std::uint32_t index);
   void unset_cm();
-  bool isset_cm() const { return _extra && _extra->has_cm; }
-  std::uint32_t get_vm() const { return _extra ? _extra->vm : 0; }
+  bool isset_cm() const { return !is_plain() && find_extra()->has_cm; }
+  std::uint32_t get_vm() const { return is_plain() ? 0 : find_extra()->vm; }
   void set_vm(std::uint32_t index);
   void unset_vm();
-  bool isset_vm() const { return _extra && _extra->has_vm; }
-  bool get_ph() const { return _extra && _extra->ph; }
+  bool isset_vm() const { return !is_plain() && find_extra()->has_vm; }
+  bool get_ph() const { return !is_plain() && find_extra()->ph; }
   void set_ph(bool shown);
   void unset_ph();
-  bool isset_ph() const { return _extra && _extra->has_ph; }
+  bool isset_ph() const { return !is_plain() && find_extra()->has_ph; }
 
  protected:
   // What few cells have.
@@ -106,6 +109,7 @@ class packed_cell : public lmx::object {
     std::string v;
     std::uint32_t cm = 0;
     std::uint32_t vm = 0;
+    bool has_v = false;
     bool has_cm = false;
     bool has_vm = false;
     bool has_ph = false;
@@ -115,11 +119,20 @@ class packed_cell : public lmx::object {
   packed_cell() = default;
   packed_cell(const packed_cell& other);
   packed_cell& operator=(const packed_cell& other);
-  packed_cell(packed_cell&&) noexcept = default;
-  packed_cell& operator=(packed_cell&&) noexcept = default;
+  packed_cell(packed_cell&& other) noexcept : lmx::object(other) { take(other); }
+  packed_cell& operator=(packed_cell&& other) noexcept {
+    if (this == &other) return *this;
+    drop_extra();
+    take(other);
+    return *this;
+  }
+  ~packed_cell() override { drop_extra(); }
 
-  const extra* find_extra() const { return _extra.get(); }
-  extra* find_extra() { return _extra.get(); }
+  extra* find_extra() const {
+    extra* found = nullptr;
+    if (_form == kExtra) std::memcpy(&found, _text.data() + kExtraAt, sizeof(found));
+    return found;
+  }
   extra& need_extra();
 
  private:
@@ -129,20 +142,32 @@ class packed_cell : public lmx::object {
   static constexpr unsigned kTypeShift = 29;
 
   // How the value stands in the cell: kNoValue, 1 + length for text of up to kShort bytes, the same for what is packed
-  // because it is longer than that, or kLong.
+  // because it is longer than that, or kExtra.
   static constexpr std::size_t kShort = 13;
   static constexpr std::size_t kMostPacked = 2 * kShort;
   static constexpr std::uint8_t kNoValue = 0;
-  static constexpr std::uint8_t kLong = 1 + kMostPacked + 1;
+  static constexpr std::uint8_t kExtra = 1 + kMostPacked + 1;
+  static constexpr std::size_t kExtraAt = kShort - sizeof(void*);  // aligned, as tools that look for leaks expect it
 
   bool set_numeric(std::string_view text);
+  void drop_extra() {
+    if (_form == kExtra) delete find_extra();
+  }
+  void hold(std::unique_ptr<extra> held);
+  // Everything of the other one, which is left without value and extra.
+  void take(packed_cell& other) noexcept {
+    _word = other._word;
+    _style = other._style;
+    _column = other._column;
+    _text = other._text;
+    _form = std::exchange(other._form, kNoValue);
+  }
 
   std::uint32_t _word = 0;
   std::uint32_t _style = 0;
   std::uint16_t _column = 0;
   std::uint8_t _form = kNoValue;
   std::array<char, kShort> _text = {};
-  std::unique_ptr<extra> _extra;
 };
 
 // Self is the module's c_CT_Cell. The other types may be incomplete here; whoever uses a member that returns one

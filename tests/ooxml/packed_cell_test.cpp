@@ -63,10 +63,10 @@ TEST(PackedCell, IsEmptyWhenNew) {
   EXPECT_EQ(cell.get_s(), 0U);
 }
 
-TEST(PackedCell, TakesFortyBytes) {
+TEST(PackedCell, TakesThirtyTwoBytes) {
   if (sizeof(void*) != 8) GTEST_SKIP() << "the size is stated for 64 bits";
-  EXPECT_EQ(sizeof(sheet::c_CT_Cell), 40U);
-  EXPECT_EQ(sizeof(strict::c_CT_Cell), 40U);
+  EXPECT_EQ(sizeof(sheet::c_CT_Cell), 32U);
+  EXPECT_EQ(sizeof(strict::c_CT_Cell), 32U);
 }
 
 TEST(PackedCell, KeepsEveryValueToTheByte) {
@@ -107,7 +107,7 @@ TEST(PackedCell, StandsInMemoryAsDescribed) {
   cell.set_s(5);
   cell.set_t("str");
   cell.set_v("0.10000000000000001");
-  unsigned char bytes[40];
+  unsigned char bytes[32];
   static_assert(sizeof cell == sizeof bytes);
   std::memcpy(bytes, static_cast<const void*>(&cell), sizeof bytes);
   const std::uint32_t word = 5U << 29U | 1U << 28U | 1U << 27U | 6U;
@@ -183,6 +183,44 @@ TEST(PackedCell, CopiesDeeplyAndMovesWhatItOwns) {
   EXPECT_EQ(moved.find_is()->find_t()->get_value(), "inline");
   cell = moved;
   EXPECT_EQ(cell.get_f().get_value(), "1");
+}
+
+// A formula takes the value along to where it stands itself.
+TEST(PackedCell, KeepsItsValueBesideAFormula) {
+  for (const std::string value : {"", "14", "-1.2345678901234567e-308", "a text too long for the cell itself"}) {
+    sheet::c_CT_Cell cell;
+    cell.set_v(value);
+    cell.get_f().set_value("A1");
+    EXPECT_TRUE(cell.isset_v());
+    EXPECT_EQ(cell.get_v(), value);
+    cell.set_v("5");
+    cell.unset_f();
+    EXPECT_EQ(sheet::c_CT_Cell(cell).get_v(), "5");
+    cell.unset_v();
+    EXPECT_FALSE(cell.isset_v());
+    EXPECT_EQ(cell.get_v(), "");
+    cell.set_v(value);
+    EXPECT_EQ(cell.get_v(), value);
+    cell.unset_content();
+    EXPECT_FALSE(cell.isset_v());
+    EXPECT_TRUE(cell.is_plain());
+  }
+  sheet::c_CT_Cell cell;
+  cell.get_f().set_value("A1");
+  EXPECT_FALSE(cell.isset_v());
+}
+
+TEST(PackedCell, IsLeftWithoutAValueWhenMoved) {
+  for (const std::string value : {"14", "a text too long for the cell itself"}) {
+    sheet::c_CT_Cell cell, target;
+    target.get_f().set_value("B2");
+    cell.set_v(value);
+    target = std::move(cell);
+    EXPECT_EQ(target.get_v(), value);
+    EXPECT_FALSE(target.isset_f());
+    cell.set_v("again");
+    EXPECT_EQ(cell.get_v(), "again");
+  }
 }
 
 TEST(PackedCell, GoesIntoTheDescribedFormAndBack) {

@@ -252,6 +252,7 @@ TEST(ZipArchives, AFullDiskIsReportedWhereverItIsMet) {
 class FailingPart final : public XFile {
  public:
   void save(std::string&) override { throw xlerror("no part"); }
+  void write(std::ostream&) override { throw xlerror("no part"); }
 };
 
 TEST(ZipArchives, APartThatCantBeSavedGivesItsOwnMessage) {
