@@ -3,7 +3,9 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -12,39 +14,91 @@
 
 namespace rubrica::simhost {
 
-// A text that its copies share, length and characters in one block. One thread at a time, as all of the host.
+// A text whose characters take a byte each where all are of Latin-1, as nearly always, and four otherwise. Up to 15
+// bytes stand in the object itself; what is longer is shared by its copies, length and characters in one block. One
+// thread at a time, as all of the host.
 class SharedText {
  public:
   SharedText() = default;
   explicit SharedText(TextView text) {
-    if (text.empty()) return;
-    void* const room = ::operator new(sizeof(Block) + text.size() * sizeof(char32_t));
-    _block = new (room) Block{1, text.size()};
-    std::copy(text.begin(), text.end(), _block->characters());
+    const bool isNarrow = holdsLatin1Alone(text);
+    if (isNarrow && text.size() <= kInPlace) {
+      narrow(text, _bytes.data());
+      _form = static_cast<std::uint8_t>(text.size());
+      return;
+    }
+    const std::size_t unit = isNarrow ? 1 : sizeof(char32_t);
+    void* const room = ::operator new(sizeof(Block) + text.size() * unit);
+    auto* const block = new (room) Block{text.size(), 1, isNarrow};
+    if (isNarrow) {
+      narrow(text, block->bytes());
+    } else {
+      std::copy(text.begin(), text.end(), block->characters());
+    }
+    std::memcpy(_bytes.data(), static_cast<const void*>(&block), sizeof(block));
+    _form = kShared;
   }
-  SharedText(const SharedText& other) : _block(other._block) {
-    if (_block != nullptr) ++_block->uses;
+  SharedText(const SharedText& other) : _bytes(other._bytes), _form(other._form) {
+    if (_form == kShared) ++block()->uses;
   }
-  SharedText(SharedText&& other) noexcept : _block(std::exchange(other._block, nullptr)) {}
+  SharedText(SharedText&& other) noexcept : _bytes(other._bytes), _form(std::exchange(other._form, kEmpty)) {}
   SharedText& operator=(SharedText other) noexcept {
-    std::swap(_block, other._block);
+    std::swap(_bytes, other._bytes);
+    std::swap(_form, other._form);
     return *this;
   }
   ~SharedText() {
-    if (_block != nullptr && --_block->uses == 0) ::operator delete(_block);
+    if (_form == kShared && --block()->uses == 0) ::operator delete(block());
   }
 
-  TextView view() const { return _block == nullptr ? TextView() : TextView(_block->characters(), _block->length); }
+  // In characters.
+  std::size_t size() const { return _form == kShared ? block()->length : _form; }
+  // The first `count` characters, of which there must be as many.
+  void copyTo(char32_t* buffer, std::size_t count) const {
+    if (_form != kShared) {
+      std::copy_n(_bytes.data(), count, buffer);
+    } else if (block()->isNarrow) {
+      std::copy_n(block()->bytes(), count, buffer);
+    } else {
+      std::copy_n(block()->characters(), count, buffer);
+    }
+  }
+  Text text() const {
+    Text copied(size(), U'\0');
+    copyTo(copied.data(), copied.size());
+    return copied;
+  }
 
  private:
   struct Block {
-    std::size_t uses;
     std::size_t length;
+    std::uint32_t uses;
+    bool isNarrow;
 
+    std::uint8_t* bytes() { return reinterpret_cast<std::uint8_t*>(this + 1); }
     char32_t* characters() { return reinterpret_cast<char32_t*>(this + 1); }
   };
 
-  Block* _block = nullptr;
+  static constexpr std::size_t kInPlace = 15;
+  // Forms: the length of a text that stands here, or kShared.
+  static constexpr std::uint8_t kEmpty = 0, kShared = kInPlace + 1;
+
+  static bool holdsLatin1Alone(TextView text) {
+    char32_t bits = 0;
+    for (const char32_t c : text) bits |= c;
+    return bits <= 0xFF;
+  }
+  static void narrow(TextView text, std::uint8_t* to) {
+    std::transform(text.begin(), text.end(), to, [](char32_t c) { return static_cast<std::uint8_t>(c); });
+  }
+  Block* block() const {
+    Block* block = nullptr;
+    std::memcpy(static_cast<void*>(&block), _bytes.data(), sizeof(block));
+    return block;
+  }
+
+  alignas(void*) std::array<std::uint8_t, kInPlace> _bytes{};  // characters, or the block's address
+  std::uint8_t _form = kEmpty;
 };
 
 class CompactDate {

@@ -5,6 +5,17 @@
 
 namespace rubrica::simhost {
 
+void ColumnValues::setRoom(std::size_t room, const Value& empty) {
+  const std::size_t full = room / kBlock, rest = room % kBlock;
+  const std::size_t blocks = full + (rest > 0 ? 1 : 0);
+  _blocks.resize(std::min(_blocks.size(), blocks));
+  // The block that was the last may have to grow, the one that becomes it to shrink.
+  for (std::size_t i = _blocks.empty() ? 0 : _blocks.size() - 1; i < blocks; ++i) {
+    if (i == _blocks.size()) _blocks.emplace_back();
+    _blocks[i].resize(i < full ? kBlock : rest, empty);
+  }
+}
+
 std::size_t List::findColumn(std::string_view name) const {
   const auto found = std::find_if(_columns.begin(), _columns.end(),
                                   [name](const Column& column) { return sameName(utf8FromText(column.name), name); });
@@ -14,7 +25,7 @@ std::size_t List::findColumn(std::string_view name) const {
 bool List::addColumn(Column column) {
   if (columnCount() >= maxColumns) return false;
   _emptyLine.push_back(Value::emptyOf(column.kind, column.subtype));
-  _cells.emplace_back(_lineCount, _emptyLine.back());
+  _cells.emplace_back(_room, _emptyLine.back());
   _columns.push_back(std::move(column));
   return true;
 }
@@ -30,37 +41,45 @@ void List::clearColumns() {
   _columns.clear();
   _emptyLine.clear();
   _cells.clear();
+  _room = 0;
   _lineCount = 0;
   _currentLine = 0;
 }
 
+// Where memory runs out, columns that have more room than others keep it for the next time.
+void List::setRoom(std::size_t room) {
+  for (std::size_t i = 0; i < columnCount(); ++i) _cells[i].setRoom(room, _emptyLine[i]);
+  _room = room;
+}
+
 std::size_t List::addLine() {
   if (lineCount() >= maxLines) return 0;
-  for (std::size_t i = 0; i < columnCount(); ++i) {
-    if (_cells[i].size() == _lineCount) _cells[i].push_back(_emptyLine[i]);
-  }
+  if (_lineCount == _room) setRoom(_room + std::clamp(_room, std::size_t{1}, ColumnValues::kBlock));
   return ++_lineCount;
 }
 
 std::size_t List::insertLine(std::size_t at) {
   const std::size_t added = addLine();
   if (added == 0 || at < 1 || at >= added) return added;
-  for (auto& cells : _cells) {
-    const auto end = cells.begin() + static_cast<std::ptrdiff_t>(added);
-    std::rotate(cells.begin() + static_cast<std::ptrdiff_t>(at) - 1, end - 1, end);
+  for (std::size_t i = 0; i < columnCount(); ++i) {
+    for (std::size_t line = added - 1; line >= at; --line) _cells[i][line] = std::move(_cells[i][line - 1]);
+    _cells[i][at - 1] = _emptyLine[i];
   }
   return at;
 }
 
 void List::removeLine(std::size_t line) {
-  for (auto& cells : _cells) cells.erase(cells.begin() + static_cast<std::ptrdiff_t>(line) - 1);
+  for (std::size_t i = 0; i < columnCount(); ++i) {
+    for (std::size_t next = line; next < _lineCount; ++next) _cells[i][next - 1] = std::move(_cells[i][next]);
+    _cells[i][_lineCount - 1] = _emptyLine[i];
+  }
   --_lineCount;
   if (_currentLine > lineCount()) _currentLine = lineCount();
 }
 
 void List::setLineCount(std::size_t count) {
   count = std::min(count, maxLines);
-  for (std::size_t i = 0; i < columnCount(); ++i) _cells[i].resize(count, _emptyLine[i]);
+  setRoom(count);
   _lineCount = count;
   if (_currentLine > lineCount()) _currentLine = lineCount();
 }
@@ -74,7 +93,8 @@ List List::rowOf(std::size_t line) const {
   List row;
   row._columns = _columns;
   row._emptyLine = _emptyLine;
-  for (const auto& cells : _cells) row._cells.emplace_back(1, cells[line - 1]);
+  for (const ColumnValues& values : _cells) row._cells.emplace_back(1, values[line - 1]);
+  row._room = 1;
   row._lineCount = 1;
   row._currentLine = 1;
   return row;
@@ -94,11 +114,11 @@ void List::sort(const std::vector<SortKey>& keys) {
     }
     return false;
   });
-  for (auto& cells : _cells) {
+  for (ColumnValues& values : _cells) {
     std::vector<Value> sorted;
-    sorted.reserve(cells.size());
-    for (const std::size_t line : order) sorted.push_back(std::move(cells[line]));
-    cells = std::move(sorted);
+    sorted.reserve(_lineCount);
+    for (const std::size_t line : order) sorted.push_back(std::move(values[line]));
+    for (std::size_t i = 0; i < _lineCount; ++i) values[i] = std::move(sorted[i]);
   }
 }
 

@@ -1,6 +1,7 @@
 // A host list, and a row, which is a list of one line: columns with a name and a type, lines of values, a current
 // line. Lines and columns count from 1 at this interface, as they do in scripts and in the component's calls. The
-// values of a column lie side by side: components walk a list of many lines column by column.
+// values of a column lie side by side, in blocks that stay where they are while the list grows: components fill lists
+// of many lines, and walk them column by column.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +18,22 @@ struct Column {
   Kind kind = Kind::Character;
   int subtype = 0;
   int length = 0;
+};
+
+// The values of one column, and what is kept in readiness for lines to come.
+class ColumnValues {
+ public:
+  static constexpr std::size_t kBlock = 1024;  // values
+
+  ColumnValues(std::size_t room, const Value& empty) { setRoom(room, empty); }
+
+  Value& operator[](std::size_t i) { return _blocks[i / kBlock][i % kBlock]; }
+  const Value& operator[](std::size_t i) const { return _blocks[i / kBlock][i % kBlock]; }
+  // What is added holds `empty`.
+  void setRoom(std::size_t room, const Value& empty);
+
+ private:
+  std::vector<std::vector<Value>> _blocks;  // all but the last are full
 };
 
 class List {
@@ -66,11 +83,14 @@ class List {
   void sort(const std::vector<SortKey>& keys);
 
  private:
+  void setRoom(std::size_t room);
+
   std::vector<Column> _columns;
   // What a new line holds: the empty values of the columns.
   std::vector<Value> _emptyLine;
-  // By column, then by line. Where memory ran out while lines were added, a column may hold empty values past the last.
-  std::vector<std::vector<Value>> _cells;
+  // By column, then by line. Behind the last line stand empty values.
+  std::vector<ColumnValues> _cells;
+  std::size_t _room = 0;  // lines that every column has values for
   std::size_t _lineCount = 0;
   std::size_t _currentLine = 0;
 };

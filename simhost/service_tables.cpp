@@ -93,7 +93,11 @@ std::int32_t readBoolean(FieldHandle field, std::int32_t* succeeded) {
 
 std::size_t readText(FieldHandle field, char32_t* buffer, std::size_t capacity) {
   const Value& value = readable(field);
-  if (value.kind() == Kind::Character) return copyOut(value.textRef().data(), value.textRef().size(), buffer, capacity);
+  if (value.kind() == Kind::Character) {
+    const std::size_t length = value.textLength();
+    if (buffer != nullptr) value.copyText(buffer, std::min(length, capacity));
+    return length;
+  }
   const Text text = value.toText();
   return copyOut(text.data(), text.size(), buffer, capacity);
 }

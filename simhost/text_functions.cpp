@@ -24,11 +24,7 @@ std::size_t count(const Value& value) {
 Value con(Args arguments) {
   Text text;
   for (const Value& value : arguments) {
-    if (value.kind() == Kind::Character) {
-      text += value.textRef();
-    } else {
-      text += value.toText();
-    }
+    text += value.toText();
     if (text.size() > maxTextLength) throw ScriptError("The text is longer than a text may be");
   }
   return Value::text(std::move(text));

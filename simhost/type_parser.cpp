@@ -99,9 +99,8 @@ Value convertedTo(const Value& value, const TypeSpec& type) {
     const double scaled = result.toNumber() * factor;
     if (std::isfinite(scaled)) result = Value::number(std::round(scaled) / factor);
   }
-  if (type.kind == Kind::Character && type.length > 0 &&
-      result.textRef().size() > static_cast<std::size_t>(type.length)) {
-    result = Value::text(result.textRef().substr(0, static_cast<std::size_t>(type.length)));
+  if (type.kind == Kind::Character && type.length > 0 && result.textLength() > static_cast<std::size_t>(type.length)) {
+    result = Value::text(result.toText().substr(0, static_cast<std::size_t>(type.length)));
   }
   return result;
 }

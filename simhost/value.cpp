@@ -31,6 +31,8 @@ bool booleanFromText(TextView text) {
 
 }  // namespace
 
+static_assert(sizeof(void*) != 8 || sizeof(Value) == 24);
+
 const char* kindName(Kind kind) {
   switch (kind) {
     case Kind::None:
@@ -142,7 +144,7 @@ bool Value::isClear() const {
     case Kind::None:
       return true;
     case Kind::Character:
-      return textRef().empty();
+      return textLength() == 0;
     case Kind::Boolean:
       return storedBoolean() == booleanUnset;
     case Kind::Date:
@@ -161,9 +163,6 @@ bool Value::isClear() const {
   }
 }
 
-TextView Value::textRef() const {
-  return std::get<SharedText>(_content).view();
-}
 std::int64_t Value::storedBoolean() const {
   return std::get<std::int64_t>(_content);
 }
@@ -187,7 +186,7 @@ Text Value::toText() const {
   if (_null) return {};
   switch (_kind) {
     case Kind::Character:
-      return Text(textRef());
+      return std::get<SharedText>(_content).text();
     case Kind::Boolean: {
       const std::int64_t code = storedBoolean();
       return code == booleanTrue ? U"YES" : code == booleanFalse ? U"NO" : U"";
@@ -211,7 +210,7 @@ double Value::toNumber() const {
   if (_kind == Kind::Boolean) return toBoolean() ? 1 : 0;
   if (const auto* integer = std::get_if<std::int64_t>(&_content)) return static_cast<double>(*integer);
   double value = 0;
-  if (const auto* text = std::get_if<SharedText>(&_content)) numberFromText(text->view(), value);
+  if (const auto* text = std::get_if<SharedText>(&_content)) numberFromText(text->text(), value);
   return value;
 }
 
@@ -225,14 +224,14 @@ std::int64_t Value::toInteger() const {
 bool Value::toBoolean() const {
   if (_null) return false;
   if (_kind == Kind::Boolean) return storedBoolean() == booleanTrue;
-  if (const auto* text = std::get_if<SharedText>(&_content)) return booleanFromText(text->view());
+  if (const auto* text = std::get_if<SharedText>(&_content)) return booleanFromText(text->text());
   return toNumber() != 0;
 }
 
 DateTime Value::toDate() const {
   if (const auto* date = std::get_if<CompactDate>(&_content)) return date->unpacked();
   if (const auto* text = std::get_if<SharedText>(&_content)) {
-    if (const auto date = dateFromText(text->view())) return *date;
+    if (const auto date = dateFromText(text->text())) return *date;
   }
   return {};
 }

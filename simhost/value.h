@@ -83,8 +83,9 @@ class Value {
   DateTime toDate() const;
   Bytes toBinary() const;
 
-  // The stored text without a copy; only where kind() is Character.
-  TextView textRef() const;
+  // The stored text in characters, and its first `count`; only where kind() is Character.
+  std::size_t textLength() const { return std::get<SharedText>(_content).size(); }
+  void copyText(char32_t* buffer, std::size_t count) const { std::get<SharedText>(_content).copyTo(buffer, count); }
   std::int64_t storedBoolean() const;
   const std::shared_ptr<const Bytes>& bytes() const;
   // The list or row; only where isList(). mutableList() makes the content this value's own first.
@@ -102,7 +103,8 @@ class Value {
 
   Value(Kind kind, Content content) : _content(std::move(content)), _kind(kind) {}
 
-  Content _content;
+  // Kind and null stand in what would be the content's padding: lists hold values by the million.
+  [[no_unique_address]] Content _content;
   Kind _kind = Kind::None;
   bool _null = false;
 };
