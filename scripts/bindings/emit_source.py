@@ -201,7 +201,8 @@ def descriptor(key, plan, fields, elements) -> str:
     if plan.bits:
         cells.append(".present_offset = offsetof(%s, present)" % fields)
     cells.append(".line = %d" % plan.line)
-    flags = plan.flags if any("lmx::kRequired" in m.flags for m in plan.attributes) else plan.flags + ["lmx::kAllOptional"]
+    has_required = any("lmx::kRequired" in m.flags for m in plan.attributes)
+    flags = plan.flags if has_required else plan.flags + ["lmx::kAllOptional"]
     if flags:
         cells.append(".flags = " + " | ".join(flags))
     return "const lmx::class_descriptor %s::kDescriptor = {\n    %s};" % (plan.qualified, ",\n    ".join(cells))
