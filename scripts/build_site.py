@@ -134,7 +134,7 @@ def main():
         pages = sorted(folder.rglob("*.md"))
         for page in pages:
             write_page(page, folder, out, tools)
-        for picture in folder.rglob("*.png"):
+        for picture in [*folder.rglob("*.png"), *folder.rglob("*.svg")]:
             (out / picture.relative_to(folder)).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(picture, out / picture.relative_to(folder))
     (out / "style.css").write_text(STYLE.strip() + "\n")
