@@ -15,7 +15,7 @@ constexpr const char* kSubjectNames[] = {"values", "formulas", "formats",  "comm
 // Rows past this are looked at only as far as the sheet is used: a million of them would take longer than all the rest.
 constexpr int kRowsAlwaysRead = 65536;
 // Cells here are asked for a comment even where the sheet is not used.
-constexpr int kCommentRows = 1024, kCommentCols = 256;
+constexpr int kCommentRows = 256, kCommentCols = 64;
 
 constexpr std::string_view kNoComments = "error in readComment";
 
