@@ -196,29 +196,31 @@ bool c_get_for_xml::read_end_tag() {
   return malformed(ELMX_NOT_WELL_FORMED, "XML not Well-Formed");
 }
 
+// Behind "<" within text: a comment, a processing instruction and the start of a CDATA section belong to it; a tag ends
+// it and is put back.
+bool c_get_for_xml::read_markup_in_text(bool& ends) {
+  const int c = get();
+  bool more_text = false;
+  if (c == '!') return read_declaration(more_text);
+  if (c == '?') return read_instruction();
+  unget(c);
+  unget('<');
+  ends = true;
+  return true;
+}
+
 bool c_get_for_xml::read_text(std::string& text, white_space mode) {
   value().begin(text, mode);
-  if (_in_cdata && !read_cdata(nullptr)) return false;
-  for (;;) {
-    int c = get();
+  for (bool ends = false; !ends;) {
+    if (_in_cdata && !read_cdata(nullptr)) return false;
+    const int c = get();
     if (c < 0) break;
     if (c == '&') {
       if (!read_stream_reference()) return false;
     } else if (c != '<') {
       value().put(static_cast<char>(c));
-    } else {
-      c = get();
-      bool more_text = false;
-      if (c == '!') {
-        if (!read_declaration(more_text)) return false;
-        if (more_text && !read_cdata(nullptr)) return false;
-      } else if (c == '?') {
-        if (!read_instruction()) return false;
-      } else {
-        unget(c);
-        unget('<');
-        break;
-      }
+    } else if (!read_markup_in_text(ends)) {
+      return false;
     }
   }
   return errors().fatal_count() == 0;
@@ -226,30 +228,20 @@ bool c_get_for_xml::read_text(std::string& text, white_space mode) {
 
 bool c_get_for_xml::read_raw_text(std::string& text, white_space mode) {
   value().begin(text, mode);
-  for (;;) {
+  for (bool ends = false; !ends;) {
     if (_in_cdata) {
       value().put_bytes("<![CDATA[");
       if (!read_cdata(&text)) return false;
       value().put_bytes("]]>");
     }
-    int c = get();
+    const int c = get();
     if (c < 0) break;
     if (c == '&') {
       if (!put_raw_reference()) return false;
     } else if (c != '<') {
       value().put(static_cast<char>(c));
-    } else {
-      c = get();
-      bool more_text = false;
-      if (c == '!') {
-        if (!read_declaration(more_text)) return false;
-      } else if (c == '?') {
-        if (!read_instruction()) return false;
-      } else {
-        unget(c);
-        unget('<');
-        break;
-      }
+    } else if (!read_markup_in_text(ends)) {
+      return false;
     }
   }
   return errors().fatal_count() == 0;

@@ -112,6 +112,7 @@ class c_get_for_xml : public c_get_with_entities {
   // Behind "<!" and "<?" at content level. Sets `text` when character data follows.
   bool read_declaration(bool& text);
   bool read_instruction();
+  bool read_markup_in_text(bool& ends);
   bool read_xml_declaration();
   bool read_quoted(std::string& value);
   bool read_document_type();

@@ -15,11 +15,11 @@ class c_read {
   virtual std::string_view get_source_id() const { return _source_id; }
   virtual void rewind() = 0;
   virtual ~c_read() = default;
+  c_read(const c_read&) = delete;
+  c_read& operator=(const c_read&) = delete;
 
  protected:
   explicit c_read(std::string source_id) : _source_id(std::move(source_id)) {}
-  c_read(const c_read&) = delete;
-  c_read& operator=(const c_read&) = delete;
 
  private:
   std::string _source_id;

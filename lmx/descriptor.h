@@ -75,26 +75,26 @@ class object {
 class owned {
  public:
   owned() = default;
-  explicit owned(object* child) : _address(reinterpret_cast<std::uintptr_t>(child)) {}
+  explicit owned(object* child) : _place(reinterpret_cast<char*>(child)) {}
   owned(const owned& other) : owned(other ? other.get()->clone() : nullptr) {}
-  owned(owned&& other) noexcept : _address(std::exchange(other._address, 0)) {}
+  owned(owned&& other) noexcept : _place(std::exchange(other._place, nullptr)) {}
   owned& operator=(owned other) noexcept {
-    std::swap(_address, other._address);
+    std::swap(_place, other._place);
     return *this;
   }
   ~owned() {
-    if (_address != 0) drop();
+    if (_place != nullptr) drop();
   }
   static owned in_slab(object* child) {
     owned result(child);
-    result._address |= kInSlab;
+    result._place += kInSlab;
     return result;
   }
 
   void reset(object* child = nullptr) { owned(child).swap(*this); }
-  void swap(owned& other) noexcept { std::swap(_address, other._address); }
-  object* get() const { return reinterpret_cast<object*>(_address & ~kInSlab); }
-  explicit operator bool() const { return _address != 0; }
+  void swap(owned& other) noexcept { std::swap(_place, other._place); }
+  object* get() const { return reinterpret_cast<object*>(_place - (is_in_slab() ? kInSlab : 0)); }
+  explicit operator bool() const { return _place != nullptr; }
   template <class T>
   T* as() const {
     return static_cast<T*>(get());
@@ -102,16 +102,17 @@ class owned {
   // The child, created when there is none: what the getter of a complex member gives.
   template <class T>
   T& need() {
-    if (_address == 0) reset(new T);
+    if (_place == nullptr) reset(new T);
     return static_cast<T&>(*get());
   }
 
  private:
-  static constexpr std::uintptr_t kInSlab = 1;  // objects are aligned, so that the bit is free
+  static constexpr std::ptrdiff_t kInSlab = 1;  // objects are aligned, so that an odd address tells
 
+  bool is_in_slab() const { return reinterpret_cast<std::uintptr_t>(_place) % 2 == kInSlab; }
   void drop() noexcept;
 
-  std::uintptr_t _address = 0;
+  char* _place = nullptr;
 };
 
 // One element kept by xs:any, or one attribute list of xs:anyAttribute.

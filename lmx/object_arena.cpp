@@ -80,7 +80,7 @@ void object_arena::release(slab* of) {
 
 void owned::drop() noexcept {
   object* const child = get();
-  if ((_address & kInSlab) == 0) {
+  if (!is_in_slab()) {
     delete child;
     return;
   }

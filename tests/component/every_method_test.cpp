@@ -6,6 +6,7 @@
 
 #include "platform/text.h"
 #include "tests/component/component_calls.h"
+#include "tests/support/corpus.h"
 
 namespace rubrica::simhost::test {
 namespace {
@@ -525,13 +526,8 @@ TEST_P(EveryMethod, LeavesItsEffectInTheSavedFile) {
 }
 
 TEST_P(EveryMethod, WorksOnTheWorkbooksOfOtherPrograms) {
-  const char* stated = std::getenv("RUBRICA_CORPUS");
-  const fs::path folder = fs::path(stated != nullptr ? stated : RUBRICA_SOURCE_DIR "/../shared/corpus") / form().name;
-  if (!fs::is_directory(folder))
-    GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder " << form().name;
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::directory_iterator(folder)) files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
+  const std::vector<fs::path> files = rubrica::test::corpusFiles(form().name);
+  if (files.empty()) GTEST_SKIP() << rubrica::test::kNoCorpus;
   int used = 0;
   for (const fs::path& file : files) {
     const BookPtr book = loadedBook(file);

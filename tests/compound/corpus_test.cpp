@@ -1,6 +1,8 @@
 // Workbooks that other programs made, where a folder of them is at hand: each is read, captured and written again, and
 // every stream is the same afterwards. Crafted ones may be refused, but nothing worse.
-#include <cstdlib>
+#include "tests/support/corpus.h"
+
+#include <algorithm>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -13,19 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The folder that RUBRICA_CORPUS names, else the one beside the source tree.
-fs::path corpus(const char* part) {
-  const char* stated = std::getenv("RUBRICA_CORPUS");
-  return (stated != nullptr ? fs::path(stated) : fs::path(RUBRICA_SOURCE_DIR) / "../shared/corpus") / part;
-}
-
-std::vector<fs::path> workbooks(const fs::path& folder) {
-  std::vector<fs::path> paths;
-  if (!fs::is_directory(folder)) return paths;
-  for (const auto& entry : fs::directory_iterator(folder)) paths.push_back(entry.path());
-  return paths;
-}
-
 Bytes mainOf(Xls& xls) {
   Bytes main = readAll(xls);
   for (const DirEntry& entry : xls.directory()) {
@@ -37,8 +26,8 @@ Bytes mainOf(Xls& xls) {
 }
 
 TEST(RealWorkbooks, KeepTheirStreamsThroughALoadAndASave) {
-  const auto paths = workbooks(corpus("xls"));
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folders xls and malformed";
+  const auto paths = test::corpusFiles("xls");
+  if (paths.empty()) GTEST_SKIP() << test::kNoCorpus;
   std::size_t read = 0;
   for (const fs::path& path : paths) {
     const auto content = platform::readWholeFile(path.u16string());
@@ -66,8 +55,8 @@ TEST(RealWorkbooks, KeepTheirStreamsThroughALoadAndASave) {
 }
 
 TEST(RealWorkbooks, CraftedOnesAreReadOrRefused) {
-  const auto paths = workbooks(corpus("malformed"));
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folders xls and malformed";
+  const auto paths = test::corpusFiles("malformed");
+  if (paths.empty()) GTEST_SKIP() << test::kNoCorpus;
   for (const fs::path& path : paths) {
     const auto content = platform::readWholeFile(path.u16string());
     ASSERT_TRUE(content) << path;

@@ -1,27 +1,15 @@
 // Workbooks that other programs made, where a folder of them is at hand: their drawings come back as they were, alone
 // and after a picture and a comment were added.
-#include <cstdlib>
 #include <filesystem>
 
 #include "platform/input_file.h"
 #include "tests/biff/drawing/drawing_fixture.h"
+#include "tests/support/corpus.h"
 
 namespace rubrica::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The folder that RUBRICA_CORPUS names, else the one beside the source tree.
-std::vector<fs::path> workbooks() {
-  const char* stated = std::getenv("RUBRICA_CORPUS");
-  const fs::path folder =
-      (stated != nullptr ? fs::path(stated) : fs::path(RUBRICA_SOURCE_DIR) / "../shared/corpus") / "xls";
-  std::vector<fs::path> paths;
-  if (!fs::is_directory(folder)) return paths;
-  for (const auto& entry : fs::directory_iterator(folder)) paths.push_back(entry.path());
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 Bytes contentOf(const fs::path& path) {
   const auto content = platform::readWholeFile(path.u16string());
@@ -58,8 +46,8 @@ class Keeper final : public officeart::RecordSink {
 };
 
 TEST(RealDrawings, ComeBackByteForByte) {
-  const auto paths = workbooks();
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xls";
+  const auto paths = corpusFiles("xls");
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   int groups = 0, drawings = 0;
   for (const fs::path& path : paths) {
     const DrawnBook before(path);
@@ -107,8 +95,8 @@ std::vector<Record> piecesOf(const std::vector<Record>& records) {
 }
 
 TEST(RealDrawings, AreWrittenTheSameByTheirRecordClasses) {
-  const auto paths = workbooks();
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xls";
+  const auto paths = corpusFiles("xls");
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   for (const fs::path& path : paths) {
     const DrawnBook before(path);
     if (!before.isLoaded) continue;
@@ -139,8 +127,8 @@ TEST(RealDrawings, AreWrittenTheSameByTheirRecordClasses) {
 }
 
 TEST(RealDrawings, KeepWhatIsThereWhenAPictureAndACommentAreAdded) {
-  const auto paths = workbooks();
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xls";
+  const auto paths = corpusFiles("xls");
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   int added = 0;
   for (const fs::path& path : paths) {
     const DrawnBook before(path);

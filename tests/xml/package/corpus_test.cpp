@@ -1,8 +1,8 @@
 // Workbooks that other programs made, where a folder of them is at hand: each is loaded, saved and loaded again. The
 // sheets and cells are the same afterwards, what is only carried is the same to the byte, and a second save changes
 // nothing any more.
-#include <algorithm>
-#include <cstdlib>
+#include "tests/support/corpus.h"
+
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -24,20 +24,6 @@ namespace fs = std::filesystem;
 
 // Cells looked at in one sheet: the used range of a sheet with one cell in its last corner has billions.
 constexpr std::int64_t kMostCells = 300'000;
-
-// The folder that RUBRICA_CORPUS names, else the one beside the source tree.
-fs::path corpus(const char* part) {
-  const char* stated = std::getenv("RUBRICA_CORPUS");
-  return (stated != nullptr ? fs::path(stated) : fs::path(RUBRICA_SOURCE_DIR) / "../shared/corpus") / part;
-}
-
-std::vector<fs::path> workbooks(const fs::path& folder) {
-  std::vector<fs::path> paths;
-  if (!fs::is_directory(folder)) return paths;
-  for (const auto& entry : fs::directory_iterator(folder)) paths.push_back(entry.path());
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
 
 // Files that no reader of workbooks could take as one, and why.
 const std::map<std::string, std::string>& refusals() {
@@ -157,8 +143,8 @@ void expectSameAfterSave(const std::string& archive, const std::string& label) {
 }
 
 TEST(SampleBooks, KeepTheirSheetsCellsAndCarriedPartsThroughALoadAndASave) {
-  const auto paths = workbooks(corpus("xlsx"));
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xlsx";
+  const auto paths = test::corpusFiles("xlsx");
+  if (paths.empty()) GTEST_SKIP() << test::kNoCorpus;
   std::size_t loaded = 0;
   for (const fs::path& path : paths) {
     const std::string label = path.filename().string();
@@ -178,8 +164,8 @@ TEST(SampleBooks, KeepTheirSheetsCellsAndCarriedPartsThroughALoadAndASave) {
 }
 
 TEST(SampleBooks, CraftedOnesAreReadOrRefused) {
-  const auto paths = workbooks(corpus("malformed"));
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder malformed";
+  const auto paths = test::corpusFiles("malformed");
+  if (paths.empty()) GTEST_SKIP() << test::kNoCorpus;
   std::size_t loaded = 0;
   for (const fs::path& path : paths) {
     const BookPtr book = newBook();

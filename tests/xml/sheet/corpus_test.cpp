@@ -1,7 +1,7 @@
 // Workbooks of other programs keep their drawings, tables, filters and comments, and one thing that is set changes no
 // other. Skipped where the corpus is missing.
-#include <algorithm>
-#include <cstdlib>
+#include "tests/support/corpus.h"
+
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -15,18 +15,6 @@ namespace rubrica::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The folder that RUBRICA_CORPUS names, else the one beside the source tree.
-std::vector<fs::path> workbooks() {
-  const char* stated = std::getenv("RUBRICA_CORPUS");
-  const fs::path folder =
-      (stated != nullptr ? fs::path(stated) : fs::path(RUBRICA_SOURCE_DIR) / "../shared/corpus") / "xlsx";
-  std::vector<fs::path> found;
-  std::error_code missing;
-  for (const auto& entry : fs::directory_iterator(folder, missing)) found.push_back(entry.path());
-  std::sort(found.begin(), found.end());
-  return found;
-}
 
 template <class Tag>
 std::unique_ptr<XMLBookImplT<Tag>> loaded(const std::string& bytes) {
@@ -154,8 +142,8 @@ void keepsWhatItHas(const std::string& bytes, Found& found) {
 }
 
 TEST(XmlCorpus, KeepsWhatStandsOnItsSheets) {
-  const auto paths = workbooks();
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xlsx";
+  const auto paths = corpusFiles("xlsx");
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   Found found;
   for (const fs::path& path : paths) {
     SCOPED_TRACE(path.filename());
@@ -219,8 +207,8 @@ void changesOneThing(const std::string& bytes, int& changed) {
 }
 
 TEST(XmlCorpus, ChangesNothingButWhatIsSet) {
-  const auto paths = workbooks();
-  if (paths.empty()) GTEST_SKIP() << "no corpus: set RUBRICA_CORPUS to a folder with the folder xlsx";
+  const auto paths = corpusFiles("xlsx");
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   int changed = 0;
   for (const fs::path& path : paths) {
     SCOPED_TRACE(path.filename());
