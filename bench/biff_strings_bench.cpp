@@ -104,14 +104,16 @@ void copyFormats(benchmark::State& state) {
 BENCHMARK(copyFormats)->Arg(4'000)->Arg(8'000)->Arg(16'000)->Unit(benchmark::kMillisecond);
 
 void findFormats(benchmark::State& state) {
+  constexpr int kFormats = 4'000;
   BookState book;
   StyleTables tables(book);
   std::vector<const Format*> formats;
-  for (int i = 0; i < 4'000; ++i) formats.push_back(tables.addFormat(nullptr));
+  formats.reserve(kFormats);
+  for (int i = 0; i < kFormats; ++i) formats.push_back(tables.addFormat(nullptr));
   for (auto _ : state) {
     for (const Format* format : formats) benchmark::DoNotOptimize(tables.indexOf(format));
   }
-  state.SetItemsProcessed(state.iterations() * 4'000);
+  state.SetItemsProcessed(state.iterations() * kFormats);
 }
 BENCHMARK(findFormats);
 
