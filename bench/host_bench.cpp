@@ -201,7 +201,8 @@ void engineWrites(benchmark::State& state) {
   countCells(state);
 }
 
-// What a program has to ask for to know each cell as the list knows it.
+// What a program has to ask for to know each cell as the list knows it. A date may hold a time, or be one alone, which
+// only all of its parts tell.
 void engineReads(benchmark::State& state) {
   const BookPtr book = writtenBook(workloadOf(state), theTexts(), true);
   Sheet& sheet = *book->getSheet(0);
@@ -216,8 +217,8 @@ void engineReads(benchmark::State& state) {
           case CellType::number: {
             const double value = sheet.readNum(row, column);
             if (sheet.isDate(row, column)) {
-              int year = 0, month = 0, day = 0;
-              book->dateUnpack(value, &year, &month, &day);
+              int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
+              book->dateUnpack(value, &year, &month, &day, &hour, &minute, &second, &millisecond);
               days += day;
             } else {
               sum += value;

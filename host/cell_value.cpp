@@ -31,9 +31,15 @@ int typeOfKind(std::int32_t type) {
   }
 }
 
-// Whether the number is a whole one that 32 bits hold.
-bool isInteger32(double value) {
-  return value >= INT32_MIN && value <= INT32_MAX && value == static_cast<double>(static_cast<std::int32_t>(value));
+// A whole number that 32 bits hold becomes an integer.
+void setNumber(HostField& field, double value) {
+  const bool isInteger =
+      value >= INT32_MIN && value <= INT32_MAX && value == static_cast<double>(static_cast<std::int32_t>(value));
+  if (isInteger) {
+    field.setInteger(static_cast<std::int32_t>(value));
+  } else {
+    field.setNumber(value);
+  }
 }
 
 }  // namespace
@@ -124,21 +130,16 @@ void writeCell(const CellPlace& place, const HostField& field, int type, Format*
   }
 }
 
+// A date is a number in a format of dates, so that other cells are not asked whether they are one.
 void readCell(Book& book, Sheet& sheet, int row, int column, HostField& field) {
-  if (sheet.isDate(row, column)) {
-    numberToDate(field, sheet.readNum(row, column), book);
-    return;
-  }
   switch (sheet.cellType(row, column)) {
-    case CellType::number: {
-      const double value = sheet.readNum(row, column);
-      if (isInteger32(value)) {
-        field.setInteger(static_cast<std::int32_t>(value));
+    case CellType::number:
+      if (sheet.isDate(row, column)) {
+        numberToDate(field, sheet.readNum(row, column), book);
       } else {
-        field.setNumber(value);
+        setNumber(field, sheet.readNum(row, column));
       }
       break;
-    }
     case CellType::string:
       field.setText(orEmpty(sheet.readStr(row, column)));
       break;

@@ -1,5 +1,6 @@
 #include "host/host_field.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/text.h"
@@ -14,10 +15,6 @@ constexpr std::size_t kShortText = 256;
 
 HostField HostField::make(Word context) {
   return HostField(services().values->create(context), true);
-}
-
-HostField::~HostField() {
-  if (_isOwned && _handle != 0) services().values->destroy(_handle);
 }
 
 HostField::HostField(HostField&& other) noexcept
@@ -70,17 +67,21 @@ std::u32string HostField::utf32() const {
 }
 
 std::u16string HostField::text() const {
-  std::u16string text;
-  readText(text);
-  return text;
+  return utf16FromUtf32(utf32());
 }
 
-void HostField::readText(std::u16string& into) const {
-  into.clear();
-  if (_handle == 0) return;
+const char16_t* HostField::text(std::vector<char16_t>& room) const {
+  if (_handle == 0) return u"";
   char32_t buffer[kShortText];
   const std::size_t length = services().values->readText(_handle, buffer, kShortText);
-  appendUtf16(into, length <= kShortText ? std::u32string_view(buffer, length) : utf32());
+  room.resize(std::max(room.size(), kShortText + 1));
+  if (length <= kShortText && copyPlain(std::u32string_view(buffer, length), room.data())) {
+    room[length] = u'\0';
+    return room.data();
+  }
+  const std::u16string whole = text();
+  room.assign(whole.c_str(), whole.c_str() + whole.size() + 1);
+  return room.data();
 }
 
 std::string HostField::utf8() const {

@@ -19,7 +19,9 @@ class HostField {
   HostField() = default;
   static HostField make(Word context);
   static HostField wrap(FieldHandle handle) { return HostField(handle, false); }
-  ~HostField();
+  ~HostField() {
+    if (_isOwned && _handle != 0) services().values->destroy(_handle);
+  }
   HostField(HostField&& other) noexcept;
   HostField& operator=(HostField&& other) noexcept;
   HostField(const HostField&) = delete;
@@ -43,8 +45,8 @@ class HostField {
   std::optional<bool> optionalBoolean() const;
   std::u32string utf32() const;
   std::u16string text() const;
-  // The same into a string whose room is used again.
-  void readText(std::u16string& into) const;
+  // The same, zero-terminated, in room that the caller keeps for the next text.
+  const char16_t* text(std::vector<char16_t>& room) const;
   std::string utf8() const;
   DateParts date() const;
   std::vector<unsigned char> binary() const;

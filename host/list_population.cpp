@@ -1,5 +1,6 @@
 // $populateWithList: a host list becomes the cells of a new sheet.
 #include <map>
+#include <vector>
 
 #include <boost/format.hpp>
 
@@ -29,8 +30,7 @@ class CellWriter {
   void write(int row, int column, const HostField& field, Format* format) {
     switch (field.type()) {
       case kind::character:
-        field.readText(_text);
-        _sheet.writeStr(toEngine(row), toEngine(column), _text.c_str(), format, kSharedString);
+        _sheet.writeStr(toEngine(row), toEngine(column), field.text(_textRoom), format, kSharedString);
         break;
       case kind::boolean:
         _sheet.writeBool(toEngine(row), toEngine(column), field.boolean(), format, ErrorType::noError);
@@ -53,7 +53,7 @@ class CellWriter {
   Book& _book;
   Sheet& _sheet;
   NumFormatMgr& _numFormats;
-  std::u16string _text;
+  std::vector<char16_t> _textRoom;
 };
 
 // Removes sheets while the index runs up and the count falls: every other sheet stays, which code in use relies on. A

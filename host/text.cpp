@@ -1,6 +1,5 @@
 #include "host/text.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace rubrica::host {
@@ -65,25 +64,45 @@ char32_t decodeUtf8(std::string_view text, std::size_t& at) {
   return c < kLeast[length] ? kReplacement : valid(c);
 }
 
-// Whether all characters of the text are the same number in UTF-16 and UTF-32, as nearly always. A loop without an
-// early end, which the compiler turns into a few wide steps.
-template <class Text>
-bool isPlain(const Text& text) {
-  bool plain = true;
-  for (const auto c : text) plain &= c < kFirstSurrogate;
-  return plain;
+// Eight characters at a time, of which the last eight overlap those before: a loop of a fixed count becomes a few wide
+// steps, without a rest that takes as long as the whole.
+template <class Unit, class Text>
+bool copyPlainTo(Unit* buffer, Text text) {
+  constexpr std::size_t kStep = 8;
+  constexpr char32_t kLift = kFirstSupplementary - kFirstSurrogate;  // takes a surrogate past 16 bits
+  char32_t bits = 0, lifted = 0;
+  const auto copyOne = [&](std::size_t at) {
+    const char32_t c = text[at];
+    bits |= c;
+    lifted |= c + kLift;
+    buffer[at] = static_cast<Unit>(c);
+  };
+  const auto copyStep = [&](std::size_t at) {
+    for (std::size_t i = 0; i < kStep; ++i) copyOne(at + i);
+  };
+  if (text.size() < kStep) {
+    for (std::size_t i = 0; i < text.size(); ++i) copyOne(i);
+  } else {
+    for (std::size_t at = 0; at < text.size() - kStep; at += kStep) copyStep(at);
+    copyStep(text.size() - kStep);
+  }
+  return (bits | lifted) < kFirstSupplementary;
 }
 
 }  // namespace
 
-void appendUtf16(std::u16string& out, std::u32string_view text) {
-  if (isPlain(text)) {
-    const std::size_t before = out.size();
-    out.resize(before + text.size());
-    std::transform(text.begin(), text.end(), out.begin() + static_cast<std::ptrdiff_t>(before),
-                   [](char32_t c) { return static_cast<char16_t>(c); });
-    return;
-  }
+bool copyPlain(std::u16string_view text, char32_t* buffer) {
+  return copyPlainTo(buffer, text);
+}
+
+bool copyPlain(std::u32string_view text, char16_t* buffer) {
+  return copyPlainTo(buffer, text);
+}
+
+std::u16string utf16FromUtf32(std::u32string_view text) {
+  std::u16string out(text.size(), u'\0');
+  if (copyPlain(text, out.data())) return out;
+  out.clear();
   for (const char32_t given : text) {
     const char32_t c = valid(given);
     if (c < kFirstSupplementary) {
@@ -93,19 +112,11 @@ void appendUtf16(std::u16string& out, std::u32string_view text) {
       out.push_back(static_cast<char16_t>(kFirstLowSurrogate + ((c - kFirstSupplementary) & 0x3FF)));
     }
   }
-}
-
-std::u16string utf16FromUtf32(std::u32string_view text) {
-  std::u16string out;
-  appendUtf16(out, text);
   return out;
 }
 
 std::size_t utf32FromUtf16(std::u16string_view text, char32_t* buffer) {
-  if (isPlain(text)) {
-    std::copy(text.begin(), text.end(), buffer);
-    return text.size();
-  }
+  if (copyPlain(text, buffer)) return text.size();
   char32_t* out = buffer;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char32_t unit = text[i];

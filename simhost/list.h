@@ -23,7 +23,7 @@ struct Column {
 // The values of one column, and what is kept in readiness for lines to come.
 class ColumnValues {
  public:
-  static constexpr std::size_t kBlock = 1024;  // values
+  static constexpr std::size_t kBlock = 256;  // values: a page of memory
 
   ColumnValues(std::size_t room, const Value& empty) { setRoom(room, empty); }
 
@@ -42,7 +42,7 @@ class List {
   static constexpr std::size_t maxColumns = 32000;
   static constexpr std::size_t maxLines = 10'000'000;
 
-  std::size_t columnCount() const { return _columns.size(); }
+  std::size_t columnCount() const { return _emptyLine.size(); }
   std::size_t lineCount() const { return _lineCount; }
   const Column& column(std::size_t number) const { return _columns[number - 1]; }
   void renameColumn(std::size_t number, Text name) { _columns[number - 1].name = std::move(name); }

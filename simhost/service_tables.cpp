@@ -36,17 +36,17 @@ const Value& readable(FieldHandle field) {
   return field == 0 ? empty : *valueOf(field);
 }
 
-// A bound cell takes a value as its column's kind; any other field takes what is written.
+// A bound cell that keeps its column's kind, and the subtype of its dates. Any other field takes what is written.
+const Value* columnsOwn(FieldHandle field) {
+  return (field & boundCell) != 0 && valueOf(field)->kind() != Kind::None ? valueOf(field) : nullptr;
+}
+
 void write(FieldHandle field, Value value) {
   if (field == 0) return;
-  Value& target = *valueOf(field);
-  const bool bound = (field & boundCell) != 0 && target.kind() != Kind::None;
-  if (!bound || (value.kind() == target.kind() && value.kind() != Kind::Date)) {
-    target = std::move(value);
-    return;
-  }
-  const int subtype = target.kind() == Kind::Date ? target.toDate().subtype : 0;
-  target = value.as(target.kind(), subtype);
+  const Value* cell = columnsOwn(field);
+  const bool keepsAsItIs = cell == nullptr || (value.kind() == cell->kind() && value.kind() != Kind::Date);
+  *valueOf(field) =
+      keepsAsItIs ? std::move(value) : value.as(cell->kind(), cell->kind() == Kind::Date ? cell->dateSubtype() : 0);
 }
 
 template <typename Unit>
@@ -69,7 +69,7 @@ void destroyField(FieldHandle field) {
 
 std::int32_t fieldType(FieldHandle field, std::int32_t* subtype) {
   const Value& value = readable(field);
-  if (subtype != nullptr) *subtype = value.kind() == Kind::Date ? value.toDate().subtype : 0;
+  if (subtype != nullptr) *subtype = value.kind() == Kind::Date ? value.dateSubtype() : 0;
   return static_cast<std::int32_t>(value.kind());
 }
 
@@ -121,7 +121,7 @@ void readDate(FieldHandle field, host::DateParts* parts) {
 std::size_t readBinary(FieldHandle field, void* buffer, std::size_t capacity) {
   const Value& value = readable(field);
   auto* bytes = static_cast<std::uint8_t*>(buffer);
-  if (value.kind() == Kind::Binary) return copyOut(value.bytes()->data(), value.bytes()->size(), bytes, capacity);
+  if (value.kind() == Kind::Binary) return copyOut(value.bytes().data(), value.bytes().size(), bytes, capacity);
   const Bytes converted = value.toBinary();
   return copyOut(converted.data(), converted.size(), bytes, capacity);
 }
@@ -136,7 +136,12 @@ void writeBoolean(FieldHandle field, std::int32_t code) {
   write(field, Value::booleanCode(code));
 }
 void writeText(FieldHandle field, const char32_t* text, std::size_t length) {
-  write(field, Value::text(TextView(text, length)));
+  const Value* cell = columnsOwn(field);
+  if (cell != nullptr && cell->kind() == Kind::Character) {
+    valueOf(field)->assignText({text, length});
+  } else {
+    write(field, Value::text({text, length}));
+  }
 }
 
 void writeDate(FieldHandle field, const host::DateParts* parts, std::int32_t subtype) {
@@ -157,7 +162,12 @@ void writeDate(FieldHandle field, const host::DateParts* parts, std::int32_t sub
   if (date.hasSeconds) date.second = parts->second % 60;
   if (date.hasHundredths) date.hundredth = parts->hundredths % 100;
   date.subtype = subtype;
-  write(field, Value::date(date));
+  const Value* cell = columnsOwn(field);
+  if (cell != nullptr && cell->kind() == Kind::Date) {
+    *valueOf(field) = Value::date(dateAsSubtype(date, cell->dateSubtype()));
+  } else {
+    write(field, Value::date(date));
+  }
 }
 
 void writeBinary(FieldHandle field, const void* data, std::size_t size) {

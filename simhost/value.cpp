@@ -22,6 +22,24 @@ std::int64_t integerFrom(double value) {
   return static_cast<std::int64_t>(value);
 }
 
+struct BytesBlock : SharedBlock {
+  explicit BytesBlock(Bytes given) : bytes(std::move(given)) {}
+
+  const Bytes bytes;
+};
+
+struct ListBlock : SharedBlock {
+  explicit ListBlock(List given) : list(std::move(given)) {}
+
+  List list;
+};
+
+struct InstanceBlock : SharedBlock {
+  explicit InstanceBlock(std::shared_ptr<Instance> given) : instance(std::move(given)) {}
+
+  const std::shared_ptr<Instance> instance;
+};
+
 bool booleanFromText(TextView text) {
   const std::string word = nameKey(utf8FromText(trimmed(text)));
   double number = 0;
@@ -30,8 +48,6 @@ bool booleanFromText(TextView text) {
 }
 
 }  // namespace
-
-static_assert(sizeof(void*) != 8 || sizeof(Value) == 24);
 
 const char* kindName(Kind kind) {
   switch (kind) {
@@ -65,44 +81,30 @@ const char* kindName(Kind kind) {
 
 Value Value::null() {
   Value value;
-  value._null = true;
+  value._content.isNull = true;
   return value;
 }
-Value Value::text(TextView text) {
-  return {Kind::Character, SharedText(text)};
-}
-Value Value::booleanCode(std::int64_t code) {
-  return {Kind::Boolean, code};
-}
-Value Value::integer(std::int64_t value) {
-  return {Kind::Integer, value};
-}
-Value Value::number(double value) {
-  return {Kind::Number, value};
-}
-Value Value::constant(std::int64_t value) {
-  return {Kind::Constant, value};
-}
-Value Value::date(const DateTime& date) {
-  return {Kind::Date, CompactDate(date)};
-}
 Value Value::binary(Bytes bytes) {
-  return {Kind::Binary, std::make_shared<const Bytes>(std::move(bytes))};
+  return {Kind::Binary, new BytesBlock(std::move(bytes))};
 }
 Value Value::list(List list) {
-  return {Kind::List, std::make_shared<List>(std::move(list))};
+  return {Kind::List, new ListBlock(std::move(list))};
 }
 Value Value::object(std::shared_ptr<Instance> instance) {
-  return {Kind::Object, std::move(instance)};
+  return {Kind::Object, new InstanceBlock(std::move(instance))};
 }
 Value Value::reference(std::shared_ptr<Instance> instance) {
-  return {Kind::ObjectReference, std::move(instance)};
+  return {Kind::ObjectReference, new InstanceBlock(std::move(instance))};
 }
 
 Value Value::row(List row) {
   if (row.lineCount() != 1) row.setLineCount(1);
   row.setCurrentLine(1);
-  return {Kind::Row, std::make_shared<List>(std::move(row))};
+  return {Kind::Row, new ListBlock(std::move(row))};
+}
+
+void Value::release() {
+  if (--_content.block->uses == 0) delete _content.block;
 }
 
 Value Value::emptyOf(Kind kind, int subtype) {
@@ -139,8 +141,8 @@ Value Value::emptyOf(Kind kind, int subtype) {
 }
 
 bool Value::isClear() const {
-  if (_null) return true;
-  switch (_kind) {
+  if (isNull()) return true;
+  switch (this->kind()) {
     case Kind::None:
       return true;
     case Kind::Character:
@@ -150,7 +152,7 @@ bool Value::isClear() const {
     case Kind::Date:
       return toDate().empty();
     case Kind::Binary:
-      return bytes()->empty();
+      return bytes().empty();
     case Kind::List:
       return listRef().lineCount() == 0;
     case Kind::Row:
@@ -163,30 +165,33 @@ bool Value::isClear() const {
   }
 }
 
-std::int64_t Value::storedBoolean() const {
-  return std::get<std::int64_t>(_content);
-}
-const std::shared_ptr<const Bytes>& Value::bytes() const {
-  return std::get<std::shared_ptr<const Bytes>>(_content);
+const Bytes& Value::bytes() const {
+  assert(kind() == Kind::Binary);
+  return static_cast<const BytesBlock&>(*_content.block).bytes;
 }
 const List& Value::listRef() const {
-  return *std::get<std::shared_ptr<List>>(_content);
+  assert(isList());
+  return static_cast<const ListBlock&>(*_content.block).list;
 }
 const std::shared_ptr<Instance>& Value::instance() const {
-  return std::get<std::shared_ptr<Instance>>(_content);
+  assert(isObject());
+  return static_cast<const InstanceBlock&>(*_content.block).instance;
 }
 
 List& Value::mutableList() {
-  auto& list = std::get<std::shared_ptr<List>>(_content);
-  if (list.use_count() > 1) list = std::make_shared<List>(*list);
-  return *list;
+  assert(isList());
+  if (_content.block->uses > 1) *this = Value(kind(), new ListBlock(listRef()));
+  return static_cast<ListBlock&>(*_content.block).list;
 }
 
 Text Value::toText() const {
-  if (_null) return {};
-  switch (_kind) {
-    case Kind::Character:
-      return std::get<SharedText>(_content).text();
+  if (isNull()) return {};
+  switch (this->kind()) {
+    case Kind::Character: {
+      Text text(textLength(), U'\0');
+      copyText(text.data(), text.size());
+      return text;
+    }
     case Kind::Boolean: {
       const std::int64_t code = storedBoolean();
       return code == booleanTrue ? U"YES" : code == booleanFalse ? U"NO" : U"";
@@ -199,63 +204,71 @@ Text Value::toText() const {
     case Kind::Constant:
       return textFromUtf8(std::to_string(toInteger()));
     case Kind::Binary:
-      return textFromUtf8({reinterpret_cast<const char*>(bytes()->data()), bytes()->size()});
+      return textFromUtf8({reinterpret_cast<const char*>(bytes().data()), bytes().size()});
     default:
       return {};
   }
 }
 
 double Value::toNumber() const {
-  if (const auto* number = std::get_if<double>(&_content)) return *number;
-  if (_kind == Kind::Boolean) return toBoolean() ? 1 : 0;
-  if (const auto* integer = std::get_if<std::int64_t>(&_content)) return static_cast<double>(*integer);
-  double value = 0;
-  if (const auto* text = std::get_if<SharedText>(&_content)) numberFromText(text->text(), value);
-  return value;
+  switch (kind()) {
+    case Kind::Number:
+      return _content.number;
+    case Kind::Integer:
+    case Kind::Constant:
+      return static_cast<double>(_content.integer);
+    case Kind::Boolean:
+      return toBoolean() ? 1 : 0;
+    case Kind::Character: {
+      double value = 0;
+      numberFromText(toText(), value);
+      return value;
+    }
+    default:
+      return 0;
+  }
 }
 
 std::int64_t Value::toInteger() const {
-  if (_kind != Kind::Boolean) {
-    if (const auto* integer = std::get_if<std::int64_t>(&_content)) return *integer;
-  }
-  return integerFrom(toNumber());
+  return isWhole() ? _content.integer : integerFrom(toNumber());
 }
 
 bool Value::toBoolean() const {
-  if (_null) return false;
-  if (_kind == Kind::Boolean) return storedBoolean() == booleanTrue;
-  if (const auto* text = std::get_if<SharedText>(&_content)) return booleanFromText(text->text());
+  if (isNull()) return false;
+  if (kind() == Kind::Boolean) return storedBoolean() == booleanTrue;
+  if (kind() == Kind::Character) return booleanFromText(toText());
   return toNumber() != 0;
 }
 
 DateTime Value::toDate() const {
-  if (const auto* date = std::get_if<CompactDate>(&_content)) return date->unpacked();
-  if (const auto* text = std::get_if<SharedText>(&_content)) {
-    if (const auto date = dateFromText(text->text())) return *date;
+  if (kind() == Kind::Date) return _content.date();
+  if (kind() == Kind::Character) {
+    if (const auto date = dateFromText(toText())) return *date;
   }
   return {};
 }
 
 Bytes Value::toBinary() const {
-  if (const auto* bytes = std::get_if<std::shared_ptr<const Bytes>>(&_content)) return **bytes;
+  if (kind() == Kind::Binary) return bytes();
   const std::string text = toUtf8();
   return Bytes(text.begin(), text.end());
 }
 
 Value Value::as(Kind kind, int subtype) const {
-  if (_null) {
+  if (isNull()) {
     Value value = emptyOf(kind, subtype);
-    value._null = true;
+    value._content.isNull = true;
     return value;
   }
-  if (_kind == Kind::None) return emptyOf(kind, subtype);
+  const Kind own = this->kind();
+  if (own == Kind::None) return emptyOf(kind, subtype);
   switch (kind) {
     case Kind::None:
       return *this;
     case Kind::Character:
-      return _kind == kind ? *this : text(toText());
+      return own == kind ? *this : text(toText());
     case Kind::Boolean:
-      if (_kind == kind || isClear()) return _kind == kind ? *this : emptyOf(kind);
+      if (own == kind || isClear()) return own == kind ? *this : emptyOf(kind);
       return boolean(toBoolean());
     case Kind::Date:
       return date(dateAsSubtype(toDate(), subtype));
@@ -266,20 +279,24 @@ Value Value::as(Kind kind, int subtype) const {
     case Kind::Constant:
       return constant(toInteger());
     case Kind::Binary:
-      return _kind == kind ? *this : binary(toBinary());
+      return own == kind ? *this : binary(toBinary());
     case Kind::List:
       if (!isList()) return emptyOf(kind);
-      return {kind, std::get<std::shared_ptr<List>>(_content)};
+      {
+        Value list = *this;
+        list._content.kind = kind;
+        return list;
+      }
     case Kind::Row: {
       if (!isList()) return emptyOf(kind);
-      if (_kind == kind) return *this;
+      if (own == kind) return *this;
       const List& source = listRef();
       if (source.lineCount() == 0) return row(source);
       return row(source.rowOf(source.currentLine() == 0 ? 1 : source.currentLine()));
     }
     case Kind::Object:
     case Kind::ObjectReference:
-      return {kind, isObject() ? instance() : std::shared_ptr<Instance>()};
+      return {kind, new InstanceBlock(isObject() ? instance() : nullptr)};
   }
   return {};
 }

@@ -3,14 +3,16 @@
 // content until one of the copies is written to; objects are shared by handle and copied by the variable that owns one.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <variant>
+#include <utility>
 #include <vector>
 
 #include "simhost/compact_content.h"
 #include "simhost/date.h"
+#include "simhost/kind.h"
 #include "simhost/text.h"
 
 namespace rubrica::simhost {
@@ -20,24 +22,6 @@ class List;
 
 using Bytes = std::vector<std::uint8_t>;
 
-// The codes that values, parameters and table rows carry across to the component.
-enum class Kind : std::uint8_t {
-  None = 20,
-  Character = 21,
-  Boolean = 22,
-  Date = 23,
-  Number = 25,
-  Integer = 26,
-  Binary = 28,
-  List = 29,
-  Constant = 35,
-  Row = 36,
-  Object = 37,
-  ObjectReference = 38,
-};
-
-const char* kindName(Kind kind);
-
 // Codes of a host boolean.
 enum BooleanCode : int { booleanUnset = 0, booleanFalse = 1, booleanTrue = 2 };
 
@@ -45,17 +29,40 @@ class Value {
  public:
   // Empty, of no kind: an unset return value.
   Value() = default;
+  Value(const Value& other) : _content(other._content) {
+    if (isShared()) ++_content.block->uses;
+  }
+  Value(Value&& other) noexcept : _content(std::exchange(other._content, Content())) {}
+  Value& operator=(Value other) noexcept {
+    std::swap(_content, other._content);
+    return *this;
+  }
+  ~Value() {
+    if (isShared()) release();
+  }
 
   static Value null();
-  static Value text(TextView text);
+  static Value text(TextView text) {
+    Value value;
+    value.assignText(text);
+    return value;
+  }
   static Value utf8(std::string_view text) { return Value::text(textFromUtf8(text)); }
   static Value boolean(bool value) { return booleanCode(value ? booleanTrue : booleanFalse); }
   // Keeps the code as it stands, also one that means neither false nor true.
-  static Value booleanCode(std::int64_t code);
-  static Value integer(std::int64_t value);
-  static Value number(double value);
-  static Value constant(std::int64_t value);
-  static Value date(const DateTime& date);
+  static Value booleanCode(std::int64_t code) { return {Kind::Boolean, code}; }
+  static Value integer(std::int64_t value) { return {Kind::Integer, value}; }
+  static Value number(double number) {
+    Value value(Kind::Number);
+    value._content.number = number;
+    return value;
+  }
+  static Value constant(std::int64_t value) { return {Kind::Constant, value}; }
+  static Value date(const DateTime& date) {
+    Value value(Kind::Date);
+    value._content.setDate(date);
+    return value;
+  }
   static Value binary(Bytes bytes);
   static Value list(List list);
   static Value row(List row);
@@ -65,14 +72,26 @@ class Value {
   // What a variable of the kind holds before anything is assigned to it.
   static Value emptyOf(Kind kind, int subtype = 0);
 
-  Kind kind() const { return _kind; }
-  bool isNull() const { return _null; }
+  // Becomes a text. In a list's cell it is made where it stays.
+  void assignText(TextView text) {
+    Content content;
+    content.kind = Kind::Character;
+    if (!content.takeText(text)) {
+      content.block = TextBlock::make(text);
+      content.form = Content::kShared;
+    }
+    if (isShared()) release();
+    _content = content;
+  }
+
+  Kind kind() const { return _content.kind; }
+  bool isNull() const { return _content.isNull; }
   // Null, of no kind, or without content: '', 0, no date, a list without lines.
   bool isClear() const;
-  bool isNumeric() const { return _kind == Kind::Number || isWhole(); }
-  bool isWhole() const { return _kind == Kind::Integer || _kind == Kind::Constant; }
-  bool isList() const { return _kind == Kind::List || _kind == Kind::Row; }
-  bool isObject() const { return _kind == Kind::Object || _kind == Kind::ObjectReference; }
+  bool isNumeric() const { return kind() == Kind::Number || isWhole(); }
+  bool isWhole() const { return kind() == Kind::Integer || kind() == Kind::Constant; }
+  bool isList() const { return kind() == Kind::List || kind() == Kind::Row; }
+  bool isObject() const { return kind() == Kind::Object || kind() == Kind::ObjectReference; }
 
   // Conversions: what can't be converted gives '', 0, false, an empty date.
   Text toText() const;
@@ -84,13 +103,32 @@ class Value {
   Bytes toBinary() const;
 
   // The stored text in characters, and its first `count`; only where kind() is Character.
-  std::size_t textLength() const { return std::get<SharedText>(_content).size(); }
-  void copyText(char32_t* buffer, std::size_t count) const { std::get<SharedText>(_content).copyTo(buffer, count); }
-  std::int64_t storedBoolean() const;
-  const std::shared_ptr<const Bytes>& bytes() const;
+  std::size_t textLength() const {
+    assert(kind() == Kind::Character);
+    return isShared() ? textBlock().length : _content.form;
+  }
+  void copyText(char32_t* buffer, std::size_t count) const {
+    assert(kind() == Kind::Character);
+    if (isShared()) {
+      textBlock().copyTo(buffer, count);
+    } else {
+      _content.copyText(buffer, count);
+    }
+  }
+  // The stored content as it stands, each only where kind() is the one that it is for.
+  std::int64_t storedBoolean() const {
+    assert(kind() == Kind::Boolean);
+    return _content.integer;
+  }
+  int dateSubtype() const {
+    assert(kind() == Kind::Date);
+    return _content.dateSubtype();
+  }
+  const Bytes& bytes() const;
   // The list or row; only where isList(). mutableList() makes the content this value's own first.
   const List& listRef() const;
   List& mutableList();
+  // Empty for an object variable that has none; only where isObject().
   const std::shared_ptr<Instance>& instance() const;
 
   // The same content as another kind, as an assignment to a variable of that kind converts it. Objects only become
@@ -98,15 +136,19 @@ class Value {
   Value as(Kind kind, int subtype = 0) const;
 
  private:
-  using Content = std::variant<std::monostate, SharedText, std::int64_t, double, CompactDate,
-                               std::shared_ptr<const Bytes>, std::shared_ptr<List>, std::shared_ptr<Instance>>;
+  explicit Value(Kind kind) { _content.kind = kind; }
+  Value(Kind kind, std::int64_t integer) : Value(kind) { _content.integer = integer; }
+  // The block becomes the value's.
+  Value(Kind kind, SharedBlock* block) : Value(kind) {
+    _content.block = block;
+    _content.form = Content::kShared;
+  }
 
-  Value(Kind kind, Content content) : _content(std::move(content)), _kind(kind) {}
+  bool isShared() const { return _content.form == Content::kShared; }
+  void release();
+  const TextBlock& textBlock() const { return static_cast<const TextBlock&>(*_content.block); }
 
-  // Kind and null stand in what would be the content's padding: lists hold values by the million.
-  [[no_unique_address]] Content _content;
-  Kind _kind = Kind::None;
-  bool _null = false;
+  Content _content;
 };
 
 // Up to 15 significant digits, without an exponent where the number has a plain form.

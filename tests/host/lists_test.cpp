@@ -238,6 +238,26 @@ TEST_F(Extraction, FirstDataValueDecidesAColumnsKind) {
   EXPECT_EQ(list->at(2, 1).date.year, 2026);
 }
 
+TEST_F(Extraction, TextsOfTheEngineComeWholeWhateverTheyHold) {
+  use(0, 1, 0, 1);
+  sheet().calls.numbers["cellType"] = static_cast<int>(CellType::string);
+  const auto extracted = [this](std::u16string text) {
+    sheet().calls.texts["readStr"] = std::move(text);
+    return extract({})->at(1, 1).text;
+  };
+  for (const std::size_t length : {0U, 1U, 255U, 256U, 257U, 32767U}) {
+    EXPECT_TRUE(extracted(std::u16string(length, u'x')) == std::u32string(length, U'x')) << length;
+    EXPECT_TRUE(extracted(std::u16string(length, u'x') + u"\u20ac") == std::u32string(length, U'x') + U"\u20ac")
+        << length;
+    EXPECT_TRUE(extracted(std::u16string(length, u'x') + u"\U0001F375") == std::u32string(length, U'x') + U"\U0001F375")
+        << length;
+  }
+  EXPECT_TRUE(extracted(u"\U0001F375\uFFFFz") == U"\U0001F375\uFFFFz");
+  EXPECT_TRUE(extracted({u'a', 0xD83D, u'b', 0xDE00}) == U"a\ufffdb\ufffd");
+  sheet().calls.texts.erase("readStr");
+  EXPECT_TRUE(extract({})->at(1, 1).text.empty());
+}
+
 TEST_F(Extraction, MappedColumnsTakeTheDefinitionAndDropUnknownHeaders) {
   use(0, 2, 0, 2);
   sheet().calls.numbers["cellType"] = static_cast<int>(CellType::string);

@@ -363,6 +363,36 @@ TEST_F(ListStyles, AListComesBackFromASavedBook) {
   EXPECT_EQ(line(back, 3), "coffee|2147483647|-0.000000001|NO|1900-03-01|1999-12-31 23:59:59|23:59:59||");
 }
 
+TEST_F(ListStyles, TextsOfEveryLengthAndKindOfCharacterComeBack) {
+  std::vector<Text> texts = {U"a\xFFz", U"\xD7FF\xE000\xFFFF", U"\x1F375 first", U"in the \x1F375 middle"};
+  for (const std::size_t length : {1U, 8U, 12U, 13U, 16U, 255U, 256U, 257U, 32765U}) {
+    for (const Text last : {U"x", U"\xFF", U"\x20AC", U"\x1F375"}) texts.push_back(Text(length, U'x') + last);
+  }
+  texts.push_back(Text(32767, U'x'));
+  List list = listOf({{"text", Kind::Character}}, {});
+  for (const Text& text : texts) list.at(list.addLine(), 1) = Value::text(text);
+  populate(list);
+  const List back = extract(noHeaderIn);
+  ASSERT_EQ(back.lineCount(), texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_TRUE(back.at(i + 1, 1).toText() == texts[i]) << i;
+}
+
+TEST_F(ListStyles, TextsThatNoCellHoldsComeBackAsFarAsOneDoes) {
+  const char32_t lone[] = {U'a', 0xD83D, U'b', 0x110000};
+  const std::vector<std::vector<Value>> lines = {{Value::text({lone, 4})},
+                                                 {Value::text(TextView(U"before\0after", 12))},
+                                                 {Value::utf8("")},
+                                                 {Value::text(Text(32768, U'x'))},
+                                                 {Value::utf8("last")}};
+  populate(listOf({{"text", Kind::Character}}, lines));
+  const List back = extract(noHeaderIn);
+  EXPECT_TRUE(back.at(1, 1).toText() == U"a\xFFFD\x62\xFFFD");
+  EXPECT_EQ(back.at(2, 1).toUtf8(), "before");
+  EXPECT_EQ(back.at(3, 1).toUtf8(), "");
+  EXPECT_EQ(back.at(4, 1).toUtf8(), "");
+  EXPECT_EQ(back.at(5, 1).toUtf8(), "last");
+}
+
 TEST_F(ListStyles, SheetsOfADroppedBookAreNotSaved) {
   call(*book, "$addSheet", {Value::utf8("Former")});
   const auto former = cell(1, 1);

@@ -81,5 +81,56 @@ TEST(TextValues, KeepEveryCharacterAtEveryLength) {
   EXPECT_EQ(Value::text(U"").textLength(), 0U);
 }
 
+TEST(Values, KeepTheEndsOfTheirRanges) {
+  for (const std::int64_t number : {INT64_MIN, std::int64_t{-1}, std::int64_t{0}, INT64_MAX}) {
+    EXPECT_EQ(Value::integer(number).toInteger(), number);
+    EXPECT_EQ(Value::constant(number).toInteger(), number);
+    EXPECT_EQ(Value::booleanCode(number).storedBoolean(), number);
+  }
+  for (const double number : {-1.7976931348623157e308, -0.0, 4.9e-324, 1e300}) {
+    EXPECT_EQ(Value::number(number).toNumber(), number);
+  }
+  for (const int year : {-32768, -1, 0, 2026, 9999, 32767}) {
+    const DateTime written = {year, 12, 31, 23, 59, 58, 99, true, false, true, false, shortTime};
+    const Value date = Value::date(written);
+    const DateTime read = date.toDate();
+    EXPECT_EQ(read.year, year);
+    EXPECT_EQ(read.month * 100 + read.day, 1231);
+    EXPECT_EQ(read.hour * 10000 + read.minute * 100 + read.second, 235958);
+    EXPECT_EQ(read.hundredth, 99);
+    EXPECT_TRUE(read.hasDate && !read.hasTime && read.hasSeconds && !read.hasHundredths);
+    EXPECT_EQ(read.subtype, shortTime);
+    EXPECT_EQ(date.dateSubtype(), shortTime);
+  }
+}
+
+TEST(Values, ThatShareTheirContentAreWrittenToAlone) {
+  const Text longText(40, U'x');
+  std::vector<Value> values = {Value::text(longText), Value::binary({1, 2, 3}), Value::list(listOf(2)),
+                               Value::object(nullptr)};
+  for (Value& value : values) {
+    const Value copy = value;
+    Value other = copy;
+    const Value& same = other;
+    other = same;
+    EXPECT_EQ(other.kind(), copy.kind());
+    other = Value::integer(1);
+    value.assignText(U"short");
+    EXPECT_EQ(value.toUtf8(), "short");
+    EXPECT_NE(copy.kind(), Kind::Integer);
+    value = copy;
+    const Value moved = std::move(value);
+    EXPECT_EQ(moved.kind(), copy.kind());
+  }
+  const Value list = Value::list(listOf(2));
+  Value changed = list;
+  changed.mutableList().addLine();
+  EXPECT_EQ(list.listRef().lineCount(), 2U);
+  EXPECT_EQ(changed.listRef().lineCount(), 3U);
+  const Value row = changed.as(Kind::List);
+  changed.mutableList().addLine();
+  EXPECT_EQ(row.listRef().lineCount(), 3U);
+}
+
 }  // namespace
 }  // namespace rubrica::simhost
