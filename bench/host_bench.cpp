@@ -166,7 +166,8 @@ void writeCell(Book& book, Sheet& sheet, Workload workload, int row, int column,
       sheet.writeBool(row, column, booleanAt(row, column));
       break;
     case Kind::Character:
-      sheet.writeStr(row, column, texts[static_cast<std::size_t>(row * kColumns + column)].c_str());
+      sheet.writeStr(row, column,
+                     texts[static_cast<std::size_t>(row) * kColumns + static_cast<std::size_t>(column)].c_str());
       break;
     case Kind::Date:
       sheet.writeNum(row, column, book.datePack(kYear, monthAt(row), dayAt(row)), dateFormat);
