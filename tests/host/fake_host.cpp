@@ -186,6 +186,7 @@ std::int32_t addColumn(ListHandle list, std::int32_t type, std::int32_t subtype,
 }
 
 std::int32_t addRow(ListHandle list) {
+  if (listAt(list)->rows.size() >= host->mostRows) return 0;
   listAt(list)->rows.emplace_back(listAt(list)->columns.size());
   return rowCount(list);
 }

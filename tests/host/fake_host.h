@@ -104,6 +104,7 @@ class FakeHost {
   int lists = 0;
   int defaultHandled = 0;
   bool refusesObjects = false;
+  std::size_t mostRows = SIZE_MAX;  // that a list takes
   Word group = 7;
   ObjectHandle nextHandle = 0x1000;
   Value scratch;  // the cell of a list that lies outside it, in writing

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <map>
+#include <string>
 
 #include "tests/host/host_fixture.h"
 
@@ -236,6 +238,31 @@ TEST_F(Extraction, FirstDataValueDecidesAColumnsKind) {
   EXPECT_EQ(list->columns[0].subtype, 1);
   EXPECT_EQ(list->columns[0].length, 0);
   EXPECT_EQ(list->at(2, 1).date.year, 2026);
+}
+
+TEST_F(Extraction, EveryRowIsReadOnceUntilTheListRefuses) {
+  constexpr int kFirstRow = 3;
+  use(kFirstRow, kFirstRow + 1, 0, 2);
+  for (const int rows : {1, 2, 31, 32, 33, 64, 65, 100}) {
+    for (const std::size_t most : {std::size_t{0}, std::size_t{1}, std::size_t{32}, std::size_t{40}, SIZE_MAX}) {
+      sheet().calls.numbers["lastRow"] = kFirstRow + rows;
+      host.mostRows = most;
+      const std::vector<std::string>& lines = book().lines();
+      const std::size_t before = lines.size();
+      const auto list = extract({});
+      std::map<int, int> reads;
+      for (std::size_t i = before; i < lines.size(); ++i) {
+        if (lines[i].rfind("readNum(", 0) == 0) ++reads[std::stoi(lines[i].substr(8)) - kFirstRow];
+      }
+      const auto taken = static_cast<int>(std::min(most, static_cast<std::size_t>(rows)));
+      ASSERT_EQ(static_cast<int>(list->rows.size()), taken);
+      // The first row is read for the kinds of the columns too.
+      for (int row = 0; row <= rows; ++row) {
+        ASSERT_EQ(reads[row], (row < taken ? 2 : 0) + (row == 0 ? 2 : 0)) << rows << " " << most << " " << row;
+      }
+      for (int row = 1; row <= taken; ++row) ASSERT_EQ(list->at(row, 2).integer, 1);
+    }
+  }
 }
 
 TEST_F(Extraction, TextsOfTheEngineComeWholeWhateverTheyHold) {
