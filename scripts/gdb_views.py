@@ -14,6 +14,8 @@ CELL_KINDS = ("none", "rk", "number", "labelSst", "blank", "boolErr", "formula",
 CELL_TYPES = ("n", "b", "n", "e", "s", "str", "inlineStr", "d")
 NUMBER_CHARACTERS = "0123456789.-+Ee"
 SHORT_VALUE, MOST_PACKED = 13, 26
+TEXTS, EXTRA = MOST_PACKED + 2, MOST_PACKED + 3
+NO_TEXT = (1 << 32) - 1
 
 
 def address(row, column):
@@ -68,14 +70,29 @@ class PackedCell:
     def __init__(self, value):
         self.value = value
 
+    @staticmethod
+    def pointer_at(address):
+        return int(gdb.Value(address).cast(gdb.lookup_type("void").pointer().pointer()).dereference())
+
+    def text_beside(self, form, address):
+        if form == EXTRA:
+            extra = gdb.lookup_type("rubrica::ooxml::packed_cell::extra").pointer()
+            address = self.pointer_at(int(gdb.Value(address).cast(extra)["texts"].address))
+        if address == 0:
+            return None
+        inferior = gdb.selected_inferior()
+        size, = struct.unpack("<I", inferior.read_memory(address, 4).tobytes())
+        if size == NO_TEXT:
+            return None
+        return inferior.read_memory(address + 8, size).tobytes().decode("utf-8", "replace")
+
     def text(self):
         form = int(self.value["_form"])
         if form == 0:
             return None
-        if form > MOST_PACKED + 1:
+        if form >= TEXTS:
             at = int(self.value["_text"].address) + SHORT_VALUE - gdb.lookup_type("void").pointer().sizeof
-            extra = gdb.lookup_type("rubrica::ooxml::packed_cell::extra").pointer().pointer()
-            return str(gdb.Value(at).cast(extra).dereference()["v"])
+            return self.text_beside(form, self.pointer_at(at))
         data = bytes(int(self.value["_text"]["_M_elems"][i]) & 0xFF for i in range(SHORT_VALUE))
         length = form - 1
         if length <= SHORT_VALUE:

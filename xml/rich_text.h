@@ -1,6 +1,6 @@
 // The text of CT_Rst, which shared strings, inline strings and comments share: either one plain `t` or runs that each
 // have their own. The modules differ in whether a `t` is a plain member or an element with `xml:space`; these functions
-// know both. Templates over the module's class, without state.
+// know both, and the packed item of the shared strings. Templates over the module's class, without state.
 #pragma once
 
 #include <string>
@@ -14,7 +14,11 @@ namespace rubrica {
 // The plain text, empty where there is none.
 template <class Rst>
 std::string_view storedText(const Rst& item) {
-  if constexpr (requires { item.find_t(); }) {
+  if constexpr (requires { item.view_t(); }) {
+    if (const auto text = item.view_t()) return *text;
+    const auto* full = item.find_full();
+    return full == nullptr ? std::string_view() : storedText(*full);
+  } else if constexpr (requires { item.find_t(); }) {
     const auto* text = item.find_t();
     return text == nullptr ? std::string_view() : std::string_view(text->get_value());
   } else {
@@ -29,7 +33,13 @@ inline bool needsPreservedSpace(std::string_view text) {
 
 template <class Rst>
 void setStoredText(Rst& item, std::string_view text) {
-  if constexpr (requires { item.find_t(); }) {
+  if constexpr (requires { item.view_t(); }) {
+    if (needsPreservedSpace(text)) {
+      setStoredText(item.get_full(), text);
+    } else {
+      item.set_t(text);
+    }
+  } else if constexpr (requires { item.find_t(); }) {
     auto& element = item.get_t();
     element.set_value(std::string(text));
     if (needsPreservedSpace(text)) {

@@ -69,7 +69,8 @@ std::uint32_t SharedStrings<Tag>::addCopyTo(SharedStrings& target, std::size_t i
     return target.append(text, key.hash);
   }
   const auto position = static_cast<std::uint32_t>(target.count());
-  target.append_si() = this->get_si(index);
+  auto copy = this->get_si(index);  // the target may be this very table
+  target.append_si() = std::move(copy);
   target._hashes.push_back(0);
   return position;
 }

@@ -43,6 +43,13 @@ bool isMaster(const Formula* formula) {
   return isMember(formula) && formula->isset_ref();
 }
 
+template <class Cell>
+std::string storedFormula(const Cell& cell) {
+  if (const auto text = cell.view_f()) return std::string(*text);
+  const auto* formula = cell.find_full_f();
+  return formula == nullptr ? std::string() : formula->get_value();
+}
+
 }  // namespace
 
 template <class Tag>
@@ -51,7 +58,7 @@ void XMLSheetImplT<Tag>::adoptSharedFormulas() {
   for (std::size_t i = 0; i < data.size_row(); ++i) {
     const Row& row = data.get_row(i);
     for (std::size_t k = 0; k < row.size_c(); ++k) {
-      const auto* formula = row.get_c(k).find_f();
+      const auto* formula = row.get_c(k).find_full_f();
       if (!isMaster(formula)) continue;
       SharedFormulaGroup group;
       if (!parseRange(formula->get_ref(), group)) continue;
@@ -68,8 +75,8 @@ void XMLSheetImplT<Tag>::adoptSharedFormulas() {
 // another member ends.
 template <class Tag>
 void XMLSheetImplT<Tag>::handOverSharedFormula(int row, int col, Cell& cell) {
-  if (!isMaster(cell.find_f())) return;
-  const auto formula = *cell.find_f();
+  if (!isMaster(cell.find_full_f())) return;
+  const auto formula = *cell.find_full_f();
   const auto known = _sharedFormulas.find(formula.get_si());
   if (known == _sharedFormulas.end() || known->second.row != row || known->second.col != col) return;
   SharedFormulaGroup& group = known->second;
@@ -82,8 +89,8 @@ void XMLSheetImplT<Tag>::handOverSharedFormula(int row, int col, Cell& cell) {
     for (std::size_t k = cellPosition(members, first); k < members.size_c(); ++k) {
       Cell& member = members.get_c(k);
       if (member.column() > group.lastCol) break;
-      if ((number == row && member.column() == col) || !isMember(member.find_f()) ||
-          member.find_f()->get_si() != formula.get_si()) {
+      if ((number == row && member.column() == col) || !isMember(member.find_full_f()) ||
+          member.find_full_f()->get_si() != formula.get_si()) {
         continue;
       }
       member.get_f().set_ref(formula.get_ref());
@@ -100,14 +107,14 @@ void XMLSheetImplT<Tag>::handOverSharedFormula(int row, int col, Cell& cell) {
 
 template <class Tag>
 std::string XMLSheetImplT<Tag>::formulaText(int row, int col, const Cell& cell) {
-  const auto* formula = cell.find_f();
-  if (!isMember(formula) || !formula->get_value().empty()) return formula->get_value();
+  const auto* formula = cell.find_full_f();
+  if (!isMember(formula) || !formula->get_value().empty()) return storedFormula(cell);
   const auto known = _sharedFormulas.find(formula->get_si());
   if (known == _sharedFormulas.end()) return {};
   const SharedFormulaGroup& group = known->second;
   const Cell* master = findCell(group.row, group.col);
   if (master == nullptr || !master->isset_f()) return {};
-  return shiftReferences(master->find_f()->get_value(), row - group.row, col - group.col);
+  return shiftReferences(storedFormula(*master), row - group.row, col - group.col);
 }
 
 template <class Tag>
@@ -136,7 +143,7 @@ bool XMLSheetImplT<Tag>::storeFormula(int row, int col, Text expression, FormatP
     std::replace(formula.begin(), formula.end(), ';', ',');
     if (_book->refR1C1()) formula = a1FromR1c1(formula, row, col);
     Cell& cell = emptyCell(row, col, format);
-    cell.get_f().set_value(std::move(formula));
+    cell.set_f(formula);
     storeValue(cell);
     return true;
   });

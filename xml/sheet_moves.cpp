@@ -117,7 +117,7 @@ void XMLSheetImplT<Tag>::unshareFormulas() {
     for (std::size_t i = 0; i < data.size_row(); ++i) {
       Row& row = data.get_row(i);
       for (std::size_t k = 0; k < row.size_c(); ++k) {
-        auto* formula = row.get_c(k).find_f();
+        auto* formula = row.get_c(k).find_full_f();
         if (formula != nullptr && formula->get_t() == "shared") visit(row.get_c(k), *formula);
       }
     }
@@ -139,7 +139,7 @@ void XMLSheetImplT<Tag>::unshareFormulas() {
 // Array formulas and data tables state the range of their cells.
 template <class Tag>
 void XMLSheetImplT<Tag>::moveFormulaRange(Cell& cell, const LineMove& move) {
-  auto* formula = cell.find_f();
+  auto* formula = cell.find_full_f();
   if (formula == nullptr || !formula->isset_ref()) return;
   if (const auto moved = movedRange(formula->get_ref(), move)) formula->set_ref(*moved);
 }

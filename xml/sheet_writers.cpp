@@ -96,8 +96,7 @@ bool XMLSheetImplT<Tag>::copyCell(int rowSrc, int colSrc, int rowDst, int colDst
     Cell copy = *source;
     if (copy.isset_f()) {
       const std::string formula = formulaText(rowSrc, colSrc, copy);
-      copy.unset_f();
-      copy.get_f().set_value(formula);
+      copy.set_f(formula);
     }
     Cell& target = emptyCell(rowDst, colDst, nullptr);
     target = std::move(copy);

@@ -9,8 +9,7 @@ def class_header(module, stem, plans, elsewhere, complete) -> str:
     lines = [NOTICE % (stem + ".desc"), "#include <cstddef>", "#include <cstdint>", "#include <string>",
              "#include <string_view>", "#include <utility>", "#include <vector>", "",
              '#include "lmx/descriptor.h"']
-    if any(p.packed for p in plans):
-        lines.append('#include "source/ooxml/packed_cell.h"')
+    lines += ['#include "%s"' % p.packed.how.header for p in plans if p.packed]
     lines += ['#include "%s/%s.h"' % (module.folder, other) for other in complete]
     lines += ["", "namespace rubrica::%s {" % module.name, ""]
     lines += ["class %s;" % name for name in sorted(elsewhere | {p.name for p in plans})]
@@ -42,7 +41,7 @@ def class_lines(plan, indent) -> list:
 def packed_lines(plan) -> list:
     packed = plan.packed
     arguments = ", ".join([packed.name, plan.name] + packed.arguments)
-    return ["class %s final : public %s<%s> {" % (packed.name, packed.base, arguments), " public:",
+    return ["class %s final : public %s<%s> {" % (packed.name, packed.how.base, arguments), " public:",
             "  static const lmx::class_descriptor kDescriptor;",
             "  const lmx::class_descriptor& descriptor() const override;",
             "  lmx::elmx_error marshal(lmx::c_xml_writer& writer, const char* element_name) const;",

@@ -16,8 +16,7 @@ def class_source(module, stem, plans) -> str:
              '#include "lmx/driver.h"']
     lines += ['#include "lmx/c_regex.h"'] if has_pattern else []
     lines += ['#include "%s/%s_types.h"' % (module.folder, module.name)]
-    if any(p.packed for p in plans):
-        lines.append('#include "source/ooxml/cell_hooks.h"')
+    lines += ['#include "%s"' % p.packed.how.hooks_header for p in plans if p.packed]
     lines += ["", "namespace rubrica::%s {" % module.name, "", "namespace types {", ""]
     for t in types:
         lines += simple_type_lines(t)
@@ -101,10 +100,10 @@ def class_tables(plan, ids) -> list:
 
 
 def packed_functions(plan) -> list:
-    q = plan.packed.name
+    q, hooks = plan.packed.name, plan.packed.how.hooks
     return ["", "namespace {",
-            "constexpr lmx::class_hooks k%s_hooks = ooxml::cellHooks<%s, %s>();" % (q, q, plan.qualified),
-            "constexpr lmx::block_hooks k%s_block = ooxml::cellBlockHooks<%s, %s>();" % (q, q, plan.qualified),
+            "constexpr lmx::class_hooks k%s_hooks = %sHooks<%s, %s>();" % (q, hooks, q, plan.qualified),
+            "constexpr lmx::block_hooks k%s_block = %sBlockHooks<%s, %s>();" % (q, hooks, q, plan.qualified),
             "}  // namespace", "",
             "const lmx::class_descriptor %s::kDescriptor = {" % q,
             "    .name = %s," % cpp_string(plan.described),

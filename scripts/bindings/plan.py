@@ -35,9 +35,27 @@ KEYWORDS = {"auto", "bool", "char", "class", "default", "delete", "double", "flo
             "private", "public", "register", "short", "signed", "static", "struct", "switch", "template", "this",
             "union", "unsigned", "void", "extern", "do", "if", "in", "not", "and", "or", "xor", "compl"}
 
-# Types whose class is laid out by hand, since there are millions of them: the suffix that the class generated from the
-# description bears beside it, the hand-laid base, and the classes that base is a template over.
-PACKED = {"CT_Cell": ("_Worker", "ooxml::cell_of", ["CT_CellFormula", "CT_Rst", "CT_ExtensionList"])}
+WORKER = "_Worker"  # the suffix of a class generated from a type that has a class laid out by hand beside it
+
+
+@dataclass
+class HandLaid:
+    """What makes the class of a type that is laid out by hand, since there may be very many of them."""
+    header: str
+    base: str
+    arguments: list  # the types that the base is a template over, after the class itself and the generated one
+    hooks_header: str
+    hooks: str  # how the functions begin that make its hooks
+    modules: tuple  # where there may be many
+
+
+HAND_LAID = {
+    "CT_Cell": HandLaid("source/ooxml/packed_cell.h", "ooxml::cell_of",
+                        ["CT_CellFormula", "CT_Rst", "CT_ExtensionList"],
+                        "source/ooxml/cell_hooks.h", "ooxml::cell", ("sheet", "strict")),
+    "CT_Rst": HandLaid("source/ooxml/packed_string.h", "ooxml::string_of", ["ST_Xstring_space", "CT_RElt"],
+                       "source/ooxml/string_hooks.h", "ooxml::string", ("sharedStringTable",)),
+}
 
 
 @dataclass
@@ -70,8 +88,11 @@ class Row:
 class PackedClass:
     """The hand-laid class beside a generated one."""
     name: str
-    base: str
-    arguments: list
+    how: HandLaid
+
+    @property
+    def arguments(self) -> list:
+        return ["c_" + name for name in self.how.arguments]
 
 
 @dataclass
@@ -112,7 +133,7 @@ class ClassPlan:
 class Planner:
     def __init__(self, module, plain):
         self.module = module
-        self.packed = set() if plain else {name for name in PACKED if name in module.classes}
+        self.packed = set() if plain else {name for name, how in HAND_LAID.items() if module.name in how.modules}
 
     def run(self) -> list:
         return [self.class_plan(c) for c in self.module.classes.values()]
@@ -122,7 +143,7 @@ class Planner:
         return "c_" + described
 
     def class_plan(self, described) -> ClassPlan:
-        suffix = PACKED[described.name][0] if described.name in self.packed else ""
+        suffix = WORKER if described.name in self.packed else ""
         plan = ClassPlan(described.name, "c_" + described.name + suffix, line=described.line)
         if described.name.startswith("EG_"):
             plan.flags.append("lmx::kAnonymous")
@@ -137,8 +158,7 @@ class Planner:
         if described.name == "CT_Cell":
             plan.aliases.append(("c_f", "c_CT_CellFormula"))
         if described.name in self.packed:
-            _, base, arguments = PACKED[described.name]
-            plan.packed = PackedClass("c_" + described.name, base, ["c_" + name for name in arguments])
+            plan.packed = PackedClass("c_" + described.name, HAND_LAID[described.name])
         self.check_names(plan)
         return plan
 

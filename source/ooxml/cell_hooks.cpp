@@ -206,12 +206,17 @@ void writeAttributes(const packed_cell& cell, lmx::c_xml_writer& writer) {
   if (cell.isset_ph()) writer.write_attribute("ph", cell.get_ph());
 }
 
-void writeValue(const packed_cell& cell, lmx::c_xml_writer& writer) {
-  packed_cell::value_buffer buffer;
+void writeText(std::string_view text, lmx::c_xml_writer& writer, const char* element_name) {
   lmx::c_xml_writer::frame frame(writer);
-  writer.start_element("v");
-  writer.write_element_body(cell.view_v(buffer));
-  writer.end_element("v");
+  writer.start_element(element_name);
+  writer.write_element_body(text);
+  writer.end_element(element_name);
+}
+
+// The text of a member that is text alone.
+optional_text textOf(const packed_cell& cell, cell_member member, packed_cell::value_buffer& buffer) {
+  if (member == cell_member::f) return cell.view_f();
+  return member == cell_member::v && cell.isset_v() ? optional_text(cell.view_v(buffer)) : std::nullopt;
 }
 
 }  // namespace
@@ -228,12 +233,14 @@ elmx_error writeCell(const packed_cell& cell, lmx::c_xml_writer& writer, const c
   writer.set_namespaces(described.module->namespaces);
   writer.write_namespaces(false);
   writeAttributes(cell, writer);
+  packed_cell::value_buffer buffer;
   for (int i = 0; i < described.particle_count; ++i) {
     const auto member = static_cast<cell_member>(i);
-    if (member == cell_member::v) {
-      if (cell.isset_v()) writeValue(cell, writer);
-    } else if (const lmx::object* child = find(cell, member)) {
-      const elmx_error code = lmx::marshal(*child, writer, described.particles[i].name);
+    const char* const name = described.particles[i].name;
+    if (const optional_text text = textOf(cell, member, buffer)) {
+      writeText(*text, writer, name);
+    } else if (const lmx::object* child = member == cell_member::v ? nullptr : find(cell, member)) {
+      const elmx_error code = lmx::marshal(*child, writer, name);
       if (code != ELMX_OK) return code;
     }
   }

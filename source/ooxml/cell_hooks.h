@@ -20,7 +20,7 @@ enum class cell_member { f, v, is, extLst };
 
 // Makes the child of a cell that the member is, for the reader to fill.
 using make_cell_child = lmx::object& (*)(packed_cell&, cell_member);
-// The child of a cell, null when there is none.
+// The child of a cell, null when there is none or it is not an object.
 using find_cell_child = const lmx::object* (*)(const packed_cell&, cell_member);
 
 lmx::elmx_error readCell(packed_cell& cell, lmx::c_xml_reader& reader, std::string_view element_name,
@@ -39,7 +39,7 @@ lmx::object& makeCellChild(packed_cell& base, cell_member member) {
 template <class Cell>
 const lmx::object* findCellChild(const packed_cell& base, cell_member member) {
   const auto& cell = static_cast<const Cell&>(base);
-  if (member == cell_member::f) return cell.find_f();
+  if (member == cell_member::f) return cell.find_full_f();
   if (member == cell_member::is) return cell.find_is();
   return cell.find_extLst();
 }
@@ -106,7 +106,6 @@ std::size_t readPlainCells(void* vector, lmx::c_xml_reader& reader, std::size_t 
       cells.pop_back();
       break;
     }
-    if (found.formula.data() != nullptr) cell.get_f().set_value(std::string(found.formula));
     last = found.last;
     text.remove_prefix(found.size);
   }

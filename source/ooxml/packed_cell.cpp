@@ -54,6 +54,18 @@ std::string_view cellTypeToken(cell_type type) {
   return kTypeTokens[static_cast<std::size_t>(type)];
 }
 
+packed_cell::extra::extra(const extra& other)
+    : f(other.f),
+      is(other.is),
+      extLst(other.extLst),
+      texts(other.texts ? other.texts->clone() : nullptr),
+      cm(other.cm),
+      vm(other.vm),
+      has_cm(other.has_cm),
+      has_vm(other.has_vm),
+      has_ph(other.has_ph),
+      ph(other.ph) {}
+
 packed_cell::packed_cell(const packed_cell& other)
     : lmx::object(other),
       _word(other._word),
@@ -61,35 +73,35 @@ packed_cell::packed_cell(const packed_cell& other)
       _column(other._column),
       _form(other.is_plain() ? other._form : kNoValue),
       _text(other._text) {
-  if (!other.is_plain()) hold(std::make_unique<extra>(*other.find_extra()));
+  if (other._form == kTexts) hold(kTexts, other.beside<packed_texts>()->clone());
+  if (other._form == kExtra) hold(kExtra, std::make_unique<extra>(*other.find_extra()));
 }
 
 packed_cell& packed_cell::operator=(const packed_cell& other) {
   if (this == &other) return *this;
-  auto copied = other.is_plain() ? nullptr : std::make_unique<extra>(*other.find_extra());
-  drop_extra();
+  auto texts = other._form == kTexts ? other.beside<packed_texts>()->clone() : nullptr;
+  auto rest = other._form == kExtra ? std::make_unique<extra>(*other.find_extra()) : nullptr;
+  drop_beside();
   _word = other._word;
   _style = other._style;
   _column = other._column;
-  _form = other._form;
   _text = other._text;
-  if (copied) hold(std::move(copied));
+  if (other.is_plain()) _form = other._form;
+  if (texts) hold(kTexts, std::move(texts));
+  if (rest) hold(kExtra, std::move(rest));
   return *this;
 }
 
-void packed_cell::hold(std::unique_ptr<extra> held) {
-  extra* const address = held.release();
-  std::memcpy(_text.data() + kExtraAt, &address, sizeof(address));
-  _form = kExtra;
-}
-
 packed_cell::extra& packed_cell::need_extra() {
-  if (is_plain()) {
-    auto made = std::make_unique<extra>();
-    made->has_v = isset_v();
-    made->v = get_v();
-    hold(std::move(made));
+  if (_form == kExtra) return *find_extra();
+  auto made = std::make_unique<extra>();
+  value_buffer buffer;
+  if (_form == kTexts) {
+    made->texts = take_texts();
+  } else if (isset_v()) {
+    made->texts = packed_texts::make(view_v(buffer), std::nullopt);
   }
+  hold(kExtra, std::move(made));
   return *find_extra();
 }
 
@@ -129,19 +141,19 @@ std::string packed_cell::get_v() const {
 
 std::string_view packed_cell::view_v(value_buffer& buffer) const {
   if (_form == kNoValue) return {};
-  if (_form == kExtra) return find_extra()->v;
+  if (!is_plain()) return find_texts() ? find_texts()->value().value_or("") : "";
   const auto size = static_cast<std::size_t>(_form - 1);
-  if (size <= kShort) return {_text.data(), size};
-  bool is_numeric = false;
-  put_v(buffer.data(), is_numeric);
+  if (!is_numeric()) return {_text.data(), size};
+  bool numeric = false;
+  put_v(buffer.data(), numeric);
   return {buffer.data(), size};
 }
 
 // Copies all that there may be, since a known count is faster than the right one.
 char* packed_cell::put_v(char* out, bool& is_numeric) const {
   static_assert(std::tuple_size_v<value_buffer> >= kMostPacked);
-  if (_form == kExtra) return nullptr;
-  is_numeric = _form > 1 + kShort;
+  if (!is_plain()) return nullptr;
+  is_numeric = this->is_numeric();
   if (!is_numeric) {
     std::memcpy(out, _text.data(), kShort);
     return _form == kNoValue ? out : out + (_form - 1);
@@ -153,17 +165,63 @@ char* packed_cell::put_v(char* out, bool& is_numeric) const {
 }
 
 void packed_cell::set_v(std::string_view text) {
-  if (is_plain() && text.size() <= kShort) {
-    std::array<char, kShort> copied{};  // the text may be a view of this cell's own value
-    std::copy(text.begin(), text.end(), copied.begin());
-    _text = copied;
-    _form = static_cast<std::uint8_t>(1 + text.size());
+  if (is_plain()) {
+    if (!set_short(text) && !set_numeric(text)) put_texts(text, std::nullopt);
     return;
   }
-  if (is_plain() && set_numeric(text)) return;
-  extra& rest = need_extra();
-  rest.v.assign(text);
-  rest.has_v = true;
+  if (!is_text() || view_f()) return put_texts(text, view_f());
+  const std::unique_ptr<packed_texts> old = take_texts();  // stays as long as the text, which may be a piece of it
+  set_v(text);
+}
+
+void packed_cell::set_f(std::string_view text) {
+  value_buffer buffer;
+  put_texts(isset_v() ? optional_text(view_v(buffer)) : std::nullopt, text);
+  if (extra* const rest = find_extra()) rest->f.reset();
+}
+
+// The texts may be pieces of those that the cell has.
+void packed_cell::put_texts(optional_text value, optional_text formula) {
+  std::unique_ptr<packed_texts> made = packed_texts::make(value, formula);
+  if (extra* const rest = find_extra()) {
+    rest->texts = std::move(made);
+    return;
+  }
+  drop_beside();
+  hold(kTexts, std::move(made));
+}
+
+void packed_cell::destroy_beside() {
+  if (_form == kTexts) {
+    delete beside<packed_texts>();
+  } else {
+    delete beside<extra>();
+  }
+}
+
+std::unique_ptr<packed_texts> packed_cell::take_texts() {
+  std::unique_ptr<packed_texts> taken(beside<packed_texts>());
+  _form = kNoValue;
+  return taken;
+}
+
+void packed_cell::drop_f_text() {
+  if (!view_f()) return;
+  if (!is_text()) {
+    find_texts()->drop_formula();
+    return;
+  }
+  const std::unique_ptr<packed_texts> old = take_texts();
+  if (const optional_text value = old->value()) set_v(*value);
+}
+
+bool packed_cell::set_short(std::string_view text) {
+  if (text.size() > kShort) return false;
+  std::array<char, kShort> copied{};  // the text may be a view of this cell's own value
+  std::copy(text.begin(), text.end(), copied.begin());
+  _text = copied;
+  _form = static_cast<std::uint8_t>(1 + text.size());
+  return true;
 }
 
 bool packed_cell::set_numeric(std::string_view text) {
@@ -190,12 +248,12 @@ bool packed_cell::set_numeric(std::string_view text) {
 }
 
 void packed_cell::unset_v() {
-  if (is_plain()) {
-    _form = kNoValue;
-    return;
+  if (view_f()) return put_texts(std::nullopt, view_f());
+  if (extra* const rest = find_extra()) {
+    rest->texts.reset();
+  } else {
+    drop_beside();
   }
-  std::string().swap(find_extra()->v);
-  find_extra()->has_v = false;
 }
 
 void packed_cell::set_cm(std::uint32_t index) {
@@ -204,7 +262,7 @@ void packed_cell::set_cm(std::uint32_t index) {
 }
 
 void packed_cell::unset_cm() {
-  if (is_plain()) return;
+  if (find_extra() == nullptr) return;
   find_extra()->cm = 0;
   find_extra()->has_cm = false;
 }
@@ -215,7 +273,7 @@ void packed_cell::set_vm(std::uint32_t index) {
 }
 
 void packed_cell::unset_vm() {
-  if (is_plain()) return;
+  if (find_extra() == nullptr) return;
   find_extra()->vm = 0;
   find_extra()->has_vm = false;
 }
@@ -226,7 +284,7 @@ void packed_cell::set_ph(bool shown) {
 }
 
 void packed_cell::unset_ph() {
-  if (is_plain()) return;
+  if (find_extra() == nullptr) return;
   find_extra()->ph = false;
   find_extra()->has_ph = false;
 }

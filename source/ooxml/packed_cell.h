@@ -8,8 +8,11 @@
 //          16  column (zero-based)
 //          18  form of the value, see value_form
 //          19  13 bytes: the value's text, or its characters at four bits each, the lower half first, when all occur in
-//              numbers; or, from 24 on, the address of what few cells have (formula, inline string, long text, `cm`,
-//              `vm`, `ph`, extension list), where the value then stands too
+//              numbers; or, from 24 on, the address of longer texts or of what few cells have
+//
+// A formula without attributes is kept as the text that it is, beside the value (packed_texts.h), and becomes an object
+// when somebody asks for one. Formulas with attributes, inline strings, `cm`, `vm`, `ph` and extension lists stand in a
+// record of their own, which then has the texts too.
 #pragma once
 
 #include <array>
@@ -21,6 +24,7 @@
 #include <utility>
 
 #include "lmx/descriptor.h"
+#include "source/ooxml/packed_texts.h"
 
 namespace rubrica::ooxml {
 
@@ -76,40 +80,50 @@ class packed_cell : public lmx::object {
   char* put_v(char* out, bool& is_numeric) const;
   void set_v(std::string_view text);
   void unset_v();
-  bool isset_v() const { return is_plain() ? _form != kNoValue : find_extra()->has_v; }
+  // Whether the value is kept as what numbers are made of; false says nothing.
+  bool is_numeric() const { return is_plain() && _form > 1 + kShort; }
+  bool isset_v() const { return is_plain() ? _form != kNoValue : find_texts() && find_texts()->value(); }
+
+  // The formula, as long as it is text alone; nothing when it is an object, or there is none.
+  optional_text view_f() const { return find_texts() ? find_texts()->formula() : std::nullopt; }
+  // Makes this text the formula, with no attributes.
+  void set_f(std::string_view text);
 
   // Leaves the reference and the style, and nothing else.
   void unset_content() {
     unset_t();
-    drop_extra();
-    _form = kNoValue;
+    drop_beside();
   }
   // Whether there is nothing but attributes `r`, `s` and `t` and a short value.
-  bool is_plain() const { return _form != kExtra; }
+  bool is_plain() const { return _form < kTexts; }
+  // Whether there is nothing but these attributes, a value and a formula that is text alone.
+  bool is_text() const { return _form <= kTexts; }
 
-  std::uint32_t get_cm() const { return is_plain() ? 0 : find_extra()->cm; }
+  std::uint32_t get_cm() const { return find_extra() ? find_extra()->cm : 0; }
   void set_cm(std::uint32_t index);
   void unset_cm();
-  bool isset_cm() const { return !is_plain() && find_extra()->has_cm; }
-  std::uint32_t get_vm() const { return is_plain() ? 0 : find_extra()->vm; }
+  bool isset_cm() const { return find_extra() && find_extra()->has_cm; }
+  std::uint32_t get_vm() const { return find_extra() ? find_extra()->vm : 0; }
   void set_vm(std::uint32_t index);
   void unset_vm();
-  bool isset_vm() const { return !is_plain() && find_extra()->has_vm; }
-  bool get_ph() const { return !is_plain() && find_extra()->ph; }
+  bool isset_vm() const { return find_extra() && find_extra()->has_vm; }
+  bool get_ph() const { return find_extra() && find_extra()->ph; }
   void set_ph(bool shown);
   void unset_ph();
-  bool isset_ph() const { return !is_plain() && find_extra()->has_ph; }
+  bool isset_ph() const { return find_extra() && find_extra()->has_ph; }
 
  protected:
   // What few cells have.
   struct extra {
+    extra() = default;
+    extra(const extra& other);
+
     lmx::owned f;
     lmx::owned is;
     lmx::owned extLst;
-    std::string v;
+    std::unique_ptr<packed_texts> texts;
     std::uint32_t cm = 0;
     std::uint32_t vm = 0;
-    bool has_v = false;
     bool has_cm = false;
     bool has_vm = false;
     bool has_ph = false;
@@ -122,18 +136,16 @@ class packed_cell : public lmx::object {
   packed_cell(packed_cell&& other) noexcept : lmx::object(other) { take(other); }
   packed_cell& operator=(packed_cell&& other) noexcept {
     if (this == &other) return *this;
-    drop_extra();
+    drop_beside();
     take(other);
     return *this;
   }
-  ~packed_cell() override { drop_extra(); }
+  ~packed_cell() override { drop_beside(); }
 
-  extra* find_extra() const {
-    extra* found = nullptr;
-    if (_form == kExtra) std::memcpy(&found, _text.data() + kExtraAt, sizeof(found));
-    return found;
-  }
+  extra* find_extra() const { return _form == kExtra ? beside<extra>() : nullptr; }
   extra& need_extra();
+  // A formula that is text alone goes; an object stays.
+  void drop_f_text();
 
  private:
   static constexpr std::uint32_t kRowMask = (1U << 21U) - 1;
@@ -142,18 +154,41 @@ class packed_cell : public lmx::object {
   static constexpr unsigned kTypeShift = 29;
 
   // How the value stands in the cell: kNoValue, 1 + length for text of up to kShort bytes, the same for what is packed
-  // because it is longer than that, or kExtra.
+  // because it is longer than that; or what stands beside the cell: kTexts or kExtra.
   static constexpr std::size_t kShort = 13;
   static constexpr std::size_t kMostPacked = 2 * kShort;
   static constexpr std::uint8_t kNoValue = 0;
-  static constexpr std::uint8_t kExtra = 1 + kMostPacked + 1;
-  static constexpr std::size_t kExtraAt = kShort - sizeof(void*);  // aligned, as tools that look for leaks expect it
+  static constexpr std::uint8_t kTexts = 1 + kMostPacked + 1;
+  static constexpr std::uint8_t kExtra = kTexts + 1;
+  static constexpr std::size_t kAddressAt = kShort - sizeof(void*);  // aligned, as tools that look for leaks expect it
 
-  bool set_numeric(std::string_view text);
-  void drop_extra() {
-    if (_form == kExtra) delete find_extra();
+  template <class T>
+  T* beside() const {
+    T* address = nullptr;
+    std::memcpy(&address, _text.data() + kAddressAt, sizeof(address));
+    return address;
   }
-  void hold(std::unique_ptr<extra> held);
+  template <class T>
+  void hold(std::uint8_t form, std::unique_ptr<T> held) {
+    T* const address = held.release();
+    std::memcpy(_text.data() + kAddressAt, &address, sizeof(address));
+    _form = form;
+  }
+  packed_texts* find_texts() const {
+    if (is_plain()) return nullptr;
+    return _form == kTexts ? beside<packed_texts>() : beside<extra>()->texts.get();
+  }
+  // What stands beside the cell as texts alone, which the cell then has no longer.
+  std::unique_ptr<packed_texts> take_texts();
+  void put_texts(optional_text value, optional_text formula);
+  bool set_short(std::string_view text);
+  bool set_numeric(std::string_view text);
+  // Leaves no value either.
+  void drop_beside() {
+    if (!is_plain()) destroy_beside();
+    _form = kNoValue;
+  }
+  void destroy_beside();
   // Everything of the other one, which is left without value and extra.
   void take(packed_cell& other) noexcept {
     _word = other._word;
@@ -179,13 +214,19 @@ class cell_of : public packed_cell {
 
   lmx::object* clone() const override { return new Self(static_cast<const Self&>(*this)); }
 
-  Formula& get_f() { return need_extra().f.template need<Formula>(); }
-  Formula* find_f() { return find_extra() ? find_extra()->f.template as<Formula>() : nullptr; }
-  const Formula* find_f() const { return find_extra() ? find_extra()->f.template as<Formula>() : nullptr; }
-  bool isset_f() const { return find_extra() && find_extra()->f; }
-  void set_f(const Formula& formula) { need_extra().f.reset(formula.clone()); }
+  using packed_cell::set_f;
+  Formula& get_f();
+  // The formula's object; null for a formula that is text alone (view_f) as well as for none.
+  Formula* find_full_f() { return find_extra() ? find_extra()->f.template as<Formula>() : nullptr; }
+  const Formula* find_full_f() const { return find_extra() ? find_extra()->f.template as<Formula>() : nullptr; }
+  bool isset_f() const { return !is_plain() && (find_full_f() || view_f()); }
+  void set_f(const Formula& formula) {
+    need_extra().f.reset(formula.clone());
+    drop_f_text();
+  }
   void unset_f() {
     if (find_extra()) find_extra()->f.reset();
+    drop_f_text();
   }
 
   Rst& get_is() { return need_extra().is.template need<Rst>(); }
@@ -213,6 +254,16 @@ class cell_of : public packed_cell {
 };
 
 template <class Self, class Worker, class Formula, class Rst, class Extensions>
+Formula& cell_of<Self, Worker, Formula, Rst, Extensions>::get_f() {
+  if (const optional_text text = view_f()) {
+    Formula full;
+    full.set_value(std::string(*text));
+    set_f(full);
+  }
+  return need_extra().f.template need<Formula>();
+}
+
+template <class Self, class Worker, class Formula, class Rst, class Extensions>
 void cell_of<Self, Worker, Formula, Rst, Extensions>::pack(const Worker& worker) {
   if (worker.isset_r()) set_r(worker.get_r());
   if (worker.isset_s()) set_s(worker.get_s());
@@ -235,7 +286,8 @@ void cell_of<Self, Worker, Formula, Rst, Extensions>::unpack(Worker& worker) con
   if (isset_vm()) worker.set_vm(get_vm());
   if (isset_ph()) worker.set_ph(get_ph());
   if (isset_v()) worker.set_v(get_v());
-  if (isset_f()) worker.set_f(*find_f());
+  if (const optional_text formula = view_f()) worker.get_f().set_value(std::string(*formula));
+  if (const Formula* formula = find_full_f()) worker.set_f(*formula);
   if (isset_is()) worker.set_is(*find_is());
   if (isset_extLst()) worker.set_extLst(*find_extLst());
 }

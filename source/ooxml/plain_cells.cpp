@@ -36,6 +36,12 @@ constexpr std::size_t kMarkupRoom = 128;
 constexpr std::uint32_t kLastRow = 1048575;
 constexpr std::uint32_t kLastColumn = 16383;
 
+bool isWrittenAsItIs(std::string_view text) {
+  unsigned flags = kWritten;
+  for (const char c : text) flags &= kClasses[static_cast<unsigned char>(c)];
+  return flags != 0;
+}
+
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -176,10 +182,27 @@ char* putColumn(char* out, std::uint32_t column) {
   return out;
 }
 
-bool isWrittenAsItIs(const char* begin, const char* end) {
-  unsigned flags = kWritten;
-  for (const char* p = begin; p != end; ++p) flags &= kClasses[static_cast<unsigned char>(*p)];
-  return (flags & kWritten) != 0;
+// What is behind the attributes of a plain cell; null when its value isn't written as it is.
+char* putValue(char* out, const packed_cell& cell) {
+  if (!cell.isset_v()) return put(out, "/>");
+  out = put(out, "><v>");
+  bool is_numeric = false;
+  const char* const value = out;
+  out = cell.put_v(out, is_numeric);
+  if (!is_numeric && !isWrittenAsItIs({value, static_cast<std::size_t>(out - value)})) return nullptr;
+  return put(out, "</v></c>");
+}
+
+// The same for a cell with a formula or a long value, and null for texts of more than `longest` bytes too.
+char* putTexts(char* out, const packed_cell& cell, std::size_t longest) {
+  packed_cell::value_buffer buffer;
+  const std::string_view formula = cell.view_f().value_or("");
+  const std::string_view value = cell.view_v(buffer);
+  if (formula.size() + value.size() > longest || !isWrittenAsItIs(formula) || !isWrittenAsItIs(value)) return nullptr;
+  *out++ = '>';
+  if (cell.view_f()) out = put(put(put(out, "<f>"), formula), "</f>");
+  if (cell.isset_v()) out = put(put(put(out, "<v>"), value), "</v>");
+  return put(out, "</c>");
 }
 
 }  // namespace
@@ -191,8 +214,10 @@ plain_cell readPlainCell(std::string_view text, packed_cell& cell) {
   bool is_empty = false;
   if (!reader.take("<c") || !reader.takeAttributes(cell, is_empty, found.last)) return {};
   if (!is_empty) {
-    if (reader.take("<f>")) {
-      if (!reader.takeText(found.formula) || !reader.take("</f>")) return {};
+    std::string_view formula;
+    const bool has_formula = reader.take("<f>");
+    if (has_formula) {
+      if (!reader.takeText(formula) || !reader.take("</f>")) return {};
       found.last = plain_cell::part::f;
     }
     if (reader.take("<v>")) {
@@ -201,6 +226,7 @@ plain_cell readPlainCell(std::string_view text, packed_cell& cell) {
       cell.set_v(value);
       found.last = plain_cell::part::v;
     }
+    if (has_formula) cell.set_f(formula);
     if (!reader.take("</c>")) return {};
   }
   found.size = static_cast<std::size_t>(reader.at() - text.data());
@@ -215,7 +241,7 @@ void plain_cell_buffer::set_row(std::uint32_t row) {
 }
 
 bool plain_cell_buffer::append(const packed_cell& cell) {
-  if (!cell.is_plain() || !cell.isset_r() || cell.column() > kLastColumn) return false;
+  if (!cell.is_text() || !cell.isset_r() || cell.column() > kLastColumn) return false;
   if (cell.row() != _row) set_row(cell.row());
   char* out = putColumn(put(_text.data() + _size, "<c r=\""), cell.column());
   std::memcpy(out, _row_text.data(), kRowRoom);
@@ -228,16 +254,8 @@ bool plain_cell_buffer::append(const packed_cell& cell) {
     out = put(put(out, " t=\""), cell.get_t());
     *out++ = '"';
   }
-  if (cell.isset_v()) {
-    out = put(out, "><v>");
-    bool is_numeric = false;
-    const char* value = out;
-    out = cell.put_v(out, is_numeric);
-    if (out == nullptr || (!is_numeric && !isWrittenAsItIs(value, out))) return false;
-    out = put(out, "</v></c>");
-  } else {
-    out = put(out, "/>");
-  }
+  out = cell.is_plain() ? putValue(out, cell) : putTexts(out, cell, kLongestTexts);
+  if (out == nullptr) return false;
   _size = static_cast<std::size_t>(out - _text.data());
   return true;
 }

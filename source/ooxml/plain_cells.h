@@ -34,9 +34,8 @@ struct plain_cell {
   // What a cell consists of.
   enum class part { r, s, t, f, v };
 
-  std::size_t size = 0;      // of the whole cell in the text; 0 when it isn't plain
-  std::string_view formula;  // for the caller to store; without data when there is none
-  part last = part::r;       // in the order of the text
+  std::size_t size = 0;  // of the whole cell in the text; 0 when it isn't plain
+  part last = part::r;   // in the order of the text
 };
 
 // Reads the cell that a text begins with into a fresh one, in which anything may stand when it turns out not to be
@@ -46,7 +45,7 @@ plain_cell readPlainCell(std::string_view text, packed_cell& cell);
 // Text of cells that gathers, so that a string's costs are paid once for many.
 class plain_cell_buffer {
  public:
-  // False, with nothing done, when the cell isn't plain or has a formula. There must be room: !is_full().
+  // False, with nothing done, when the cell isn't plain or long. There must be room: !is_full().
   bool append(const packed_cell& cell);
   bool is_full() const { return _size > kSize - kLongestCell; }
   void move_to(std::string& text) {
@@ -56,8 +55,9 @@ class plain_cell_buffer {
 
  private:
   static constexpr std::size_t kSize = 4096;
-  // Reference, style, type and a value of up to 26 bytes, with the markup around them, take less than half of it.
-  static constexpr std::size_t kLongestCell = 256;
+  static constexpr std::size_t kLongestTexts = 512;  // of formula and value together
+  // Reference, style and type, with the markup of all, take less than what is left.
+  static constexpr std::size_t kLongestCell = kLongestTexts + 256;
   static constexpr std::size_t kRowRoom = 16;  // bytes: seven digits and what stands behind them
 
   void set_row(std::uint32_t row);

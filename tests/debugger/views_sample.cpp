@@ -9,8 +9,10 @@ namespace {
 
 [[gnu::noinline]] int look(const rubrica::CellWord& none, const rubrica::CellWord& word, const rubrica::RkCell& rk,
                            const rubrica::XLUnicodeString& text, const rubrica::ooxml::packed_cell& brief,
-                           const rubrica::ooxml::packed_cell& packed, const rubrica::ooxml::packed_cell& formula) {
-  return static_cast<int>(none.bits + word.bits + rk.row + text.cch + brief.row() + packed.row() + formula.row());
+                           const rubrica::ooxml::packed_cell& packed, const rubrica::ooxml::packed_cell& formula,
+                           const rubrica::ooxml::packed_cell& object) {
+  return static_cast<int>(none.bits + word.bits + rk.row + text.cch + brief.row() + packed.row() + formula.row() +
+                          object.row());
 }
 
 }  // namespace
@@ -19,7 +21,7 @@ int main() {
   rubrica::XLUnicodeString text;
   text.cch = 4;
   text.text = u"caf\u00e9";
-  rubrica::sheet::c_CT_Cell brief, packed, formula;
+  rubrica::sheet::c_CT_Cell brief, packed, formula, object;
   brief.set_position(4, 27);
   brief.set_t("str");
   brief.set_v("tea");
@@ -27,8 +29,12 @@ int main() {
   packed.set_s(3);
   packed.set_v("-0.1234567890123456");
   formula.set_position(2, 2);
-  formula.get_f().set_value("A1*2");
+  formula.set_f("A1*2");
   formula.set_v("28");
+  object.set_position(3, 3);
+  object.get_f().set_value("A1*2");
+  object.set_v("29");
   const rubrica::RkCell rk{2, 1, 15, 0, rubrica::encodeRk(14.5).value()};
-  std::printf("%d\n", look({}, rubrica::CellWord::of(rubrica::CellKind::number, 7), rk, text, brief, packed, formula));
+  std::printf("%d\n",
+              look({}, rubrica::CellWord::of(rubrica::CellKind::number, 7), rk, text, brief, packed, formula, object));
 }

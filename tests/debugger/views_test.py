@@ -11,7 +11,8 @@ EXPECTED = {
     "text": '"café"',
     "brief": "AB5 t=str v=tea",
     "packed": "A1 s=3 t=n v=-0.1234567890123456",
-    "formula": 'C3 t=n v="28"',
+    "formula": "C3 t=n v=28",
+    "object": "D4 t=n v=29",
 }
 
 

@@ -31,18 +31,24 @@ const module_entry& moduleNamed(const std::string& name) {
   throw std::out_of_range(name);
 }
 
+// The packed string item has its described form beside it, which the count leaves out.
+std::size_t packedStrings(const std::string& module) {
+  return module == "sharedStringTable" ? 1 : 0;
+}
+
 TEST(BindingModules, EachHasTheClassesThatItsRootsReach) {
   ASSERT_EQ(modules().size(), kClassCounts.size());
   for (const module_entry& module : modules()) {
-    EXPECT_EQ(module.classes.size() + module.roots.size(), kClassCounts.at(module.name)) << module.name;
+    const std::size_t count = module.classes.size() + module.roots.size();
+    EXPECT_EQ(count - packedStrings(module.name), kClassCounts.at(module.name)) << module.name;
   }
 }
 
-TEST(BindingModules, NoClassStandsTwiceInAModuleButThePackedCellBesideItsDescribedForm) {
+TEST(BindingModules, NoClassStandsTwiceInAModuleButAPackedOneBesideItsDescribedForm) {
   for (const module_entry& module : modules()) {
     const std::set<std::string> names = namesOf(module);
-    const std::size_t packed = names.contains("CT_Cell") ? 1 : 0;
-    EXPECT_EQ(names.size() + packed, module.classes.size()) << module.name;
+    const std::size_t cells = names.contains("CT_Cell") ? 1 : 0;
+    EXPECT_EQ(names.size() + cells + packedStrings(module.name), module.classes.size()) << module.name;
   }
 }
 

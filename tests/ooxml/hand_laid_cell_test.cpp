@@ -133,6 +133,15 @@ TEST(HandLaidCell, PlainCellsAreWhatTheDriverMakesOfThem) {
   expectSame(worksheetOf("<row xmlns=\"urn:x\" r=\"1\"><c r=\"A1\"><v>1</v></c></row>"));
 }
 
+TEST(HandLaidCell, LongTextsAreWrittenAsTheDriverDoes) {
+  for (const std::size_t size : {27U, 255U, 256U, 257U, 511U, 512U, 513U, 5000U}) {
+    const std::string text(size, '7');
+    expectSame(worksheetOf(R"(<row r="1"><c r="A1"><v>)" + text + R"(</v></c><c r="B1"><f>)" + text +
+                           R"(</f></c><c r="C1" t="str"><f>)" + text + "</f><v>" + text +
+                           R"(</v></c><c r="D1"><f>A1</f><v>)" + text + R"(</v></c><c r="E1"><v>1</v></c></row>)"));
+  }
+}
+
 TEST(HandLaidCell, OtherReferencesAreNotReadTheShortWay) {
   for (const std::string cell : {
            R"(<c r="A1"><v>1</v></c><c r="a2"/><c r="A0"/><c r="A01"/><c r="A1048577"/><c r="XFE1"/><c r="AAAA1"/>)",

@@ -1,8 +1,11 @@
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
+#include "lmx/c_xml_writer.h"
+#include "lmx/driver.h"
 #include "source/ooxml/cell_address.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/strict.h"
@@ -126,6 +129,14 @@ TEST(PackedCell, MayBeSetToAPieceOfItsOwnValue) {
   cell.set_v("a text too long for the cell itself");
   cell.set_v(cell.view_v(buffer).substr(2, 8));
   EXPECT_EQ(cell.get_v(), "text too");
+  cell.set_f("A1");
+  cell.set_v("a text too long for the cell itself");
+  cell.set_f(cell.view_v(buffer).substr(2, 4));
+  cell.set_v(cell.view_f()->substr(1, 3));
+  EXPECT_EQ(cell.view_f(), "text");
+  EXPECT_EQ(cell.get_v(), "ext");
+  cell.unset_f();
+  EXPECT_TRUE(cell.is_plain());
   cell.set_v("a text too long for the cell itself, twice: a text too long");
   cell.set_v(cell.view_v(buffer).substr(2, 30));
   EXPECT_EQ(cell.get_v(), "text too long for the cell its");
@@ -179,10 +190,89 @@ TEST(PackedCell, CopiesDeeplyAndMovesWhatItOwns) {
   EXPECT_EQ(copy.get_cm(), 4U);
   const sheet::c_CT_Cell moved = std::move(copy);
   ASSERT_TRUE(moved.isset_f());
-  EXPECT_EQ(moved.find_f()->get_value(), "1");
+  EXPECT_EQ(moved.find_full_f()->get_value(), "1");
   EXPECT_EQ(moved.find_is()->find_t()->get_value(), "inline");
   cell = moved;
   EXPECT_EQ(cell.get_f().get_value(), "1");
+}
+
+TEST(PackedCell, KeepsAFormulaAsTextUntilItsObjectIsAskedFor) {
+  for (const std::string value : {"", "14", "-1.2345678901234567e-308", "a text too long for the cell itself"}) {
+    for (const std::string formula : {"", "A1*2", "a formula that is much longer than the cell has room for"}) {
+      sheet::c_CT_Cell cell;
+      cell.set_v(value);
+      cell.set_f(formula);
+      EXPECT_TRUE(cell.isset_f() && cell.is_text() && !cell.is_plain());
+      EXPECT_EQ(cell.find_full_f(), nullptr);
+      EXPECT_EQ(cell.view_f(), formula);
+      EXPECT_EQ(cell.get_v(), value);
+      sheet::c_CT_Cell copy = cell;
+      copy.set_v("7");
+      EXPECT_EQ(copy.view_f(), formula);
+      copy.get_f().set_ca(true);
+      EXPECT_EQ(copy.view_f(), std::nullopt);
+      EXPECT_EQ(copy.find_full_f()->get_value(), formula);
+      EXPECT_EQ(copy.get_v(), "7");
+      copy = cell;
+      EXPECT_EQ(copy.view_f(), formula);
+      EXPECT_EQ(copy.get_v(), value);
+      const sheet::c_CT_Cell moved = std::move(copy);
+      EXPECT_EQ(moved.view_f(), formula);
+      cell.unset_v();
+      EXPECT_FALSE(cell.isset_v());
+      EXPECT_EQ(cell.view_f(), formula);
+      cell.unset_f();
+      EXPECT_FALSE(cell.isset_f() || cell.isset_v());
+      EXPECT_TRUE(cell.is_plain());
+    }
+  }
+}
+
+TEST(PackedCell, KeepsAFormulasTextBesideWhatFewCellsHave) {
+  sheet::c_CT_Cell cell;
+  cell.set_v("14");
+  cell.set_f("A1*2");
+  cell.set_cm(1);
+  EXPECT_FALSE(cell.is_text());
+  EXPECT_EQ(cell.get_v(), "14");
+  EXPECT_EQ(cell.view_f(), "A1*2");
+  EXPECT_EQ(sheet::c_CT_Cell(cell).view_f(), "A1*2");
+  cell.set_v("15");
+  EXPECT_EQ(cell.view_f(), "A1*2");
+  cell.get_f().set_ca(true);
+  EXPECT_EQ(cell.view_f(), std::nullopt);
+  EXPECT_EQ(cell.find_full_f()->get_value(), "A1*2");
+  cell.set_f("B1");
+  EXPECT_EQ(cell.find_full_f(), nullptr);
+  EXPECT_EQ(cell.view_f(), "B1");
+  EXPECT_EQ(cell.get_v(), "15");
+  cell.set_f(sheet::c_CT_CellFormula());
+  EXPECT_FALSE(cell.view_f());
+  EXPECT_TRUE(cell.isset_f());
+  cell.set_f("B1");
+  cell.unset_f();
+  EXPECT_FALSE(cell.isset_f());
+  EXPECT_EQ(cell.get_v(), "15");
+  cell.unset_v();
+  EXPECT_FALSE(cell.isset_v());
+  EXPECT_EQ(cell.get_cm(), 1U);
+}
+
+// As text and as an object it is the same formula.
+TEST(PackedCell, FormulasAreEqualInEitherForm) {
+  sheet::c_CT_Cell text, object;
+  text.set_f("IF(A1<2,\"a\",B1)");
+  object.get_f().set_value("IF(A1<2,\"a\",B1)");
+  EXPECT_TRUE(lmx::equal(text, object));
+  std::string item, first, second;
+  EXPECT_EQ(lmx::check(text, item), lmx::ELMX_OK);
+  for (const auto& [cell, out] : {std::pair(&text, &first), std::pair(&object, &second)}) {
+    lmx::c_xml_writer writer(*out);
+    EXPECT_EQ(cell->marshal(writer, "c"), lmx::ELMX_OK);
+  }
+  EXPECT_EQ(first, second);
+  object.set_f("A1");
+  EXPECT_FALSE(lmx::equal(text, object));
 }
 
 // A formula takes the value along to where it stands itself.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "source/ooxml/sharedStringTable.h"
 #include "source/ooxml/sheet.h"
 #include "source/ooxml/strict.h"
 
@@ -38,6 +39,13 @@ bool roundCell(lmx::object& object) {
   return cell != nullptr;
 }
 
+// Only the described form has any.
+bool roundString(lmx::object& object) {
+  auto* item = dynamic_cast<sharedStringTable::c_CT_Rst*>(&object);
+  if (item && item->find_full()) roundDoubles(item->get_full());
+  return item != nullptr;
+}
+
 void roundParticle(const lmx::particle& row, std::byte* at) {
   switch (row.kind) {
     case particle_kind::value:
@@ -62,7 +70,7 @@ void roundParticle(const lmx::particle& row, std::byte* at) {
 }  // namespace
 
 void roundDoubles(lmx::object& object) {
-  if (roundCell<sheet::c_CT_Cell>(object) || roundCell<strict::c_CT_Cell>(object)) return;
+  if (roundCell<sheet::c_CT_Cell>(object) || roundCell<strict::c_CT_Cell>(object) || roundString(object)) return;
   const lmx::class_descriptor& type = object.descriptor();
   auto* base = static_cast<std::byte*>(object.field_base());
   for (std::uint16_t i = 0; i < type.attribute_count; ++i) {

@@ -9,6 +9,7 @@
 
 #include "lmx/driver.h"
 #include "source/ooxml/packed_cell.h"
+#include "source/ooxml/packed_string.h"
 
 namespace rubrica::ooxml_tests {
 
@@ -110,6 +111,10 @@ class sampler {
       fillCell(*cell);
       return;
     }
+    if (auto* item = dynamic_cast<ooxml::packed_string*>(&object)) {
+      if (_how == fullness::full) item->set_t("t<&> \xC3\xA4");
+      return;
+    }
     auto* base = static_cast<std::byte*>(object.field_base());
     auto* present = reinterpret_cast<std::uint32_t*>(base + type.present_offset);
     const bool all = _how == fullness::full && depth <= kDeepest;
@@ -130,6 +135,7 @@ class sampler {
     cell.set_s(3);
     cell.set_t("str");
     cell.set_v("text that is longer than what a cell holds itself");
+    cell.set_f("A1<B2&\"text\"");
     cell.set_cm(1);
     cell.set_vm(2);
     cell.set_ph(true);

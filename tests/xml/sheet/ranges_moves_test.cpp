@@ -43,7 +43,7 @@ TYPED_TEST(XmlRanges, MergesAreCheckedAndCounted) {
 TYPED_TEST(XmlRanges, ClearingHandsSharedFormulasOver) {
   this->sheet->writeFormula(0, 0, u"B1*2", nullptr);
   auto& data = this->sheet->get_sheetData();
-  auto& master = *data.get_row(0).get_c(0).find_f();
+  auto& master = data.get_row(0).get_c(0).get_f();
   master.set_t("shared");
   master.set_si(0);
   master.set_ref("A1:A3");
@@ -241,13 +241,13 @@ TYPED_TEST(XmlRanges, LinesPushedOffTheSheetAreGone) {
 
 TYPED_TEST(XmlRanges, ArrayFormulasStateTheirNewRange) {
   this->sheet->writeFormula(4, 0, u"B5:B6*2", nullptr);
-  auto& formula = *this->sheet->get_sheetData().get_row(0).get_c(0).find_f();
+  auto& formula = this->sheet->get_sheetData().get_row(0).get_c(0).get_f();
   formula.set_t("array");
   formula.set_ref("A5:A6");
   ASSERT_TRUE(this->sheet->insertRow(5, 5, true));
   EXPECT_EQ(formula.get_ref(), "A5:A7");
   ASSERT_TRUE(this->sheet->insertCol(0, 1, true));
-  EXPECT_EQ(this->sheet->get_sheetData().get_row(0).get_c(0).find_f()->get_ref(), "C5:C7");
+  EXPECT_EQ(this->sheet->get_sheetData().get_row(0).get_c(0).get_f().get_ref(), "C5:C7");
 }
 
 TYPED_TEST(XmlRanges, FormatsOfColumnsGoWithThem) {

@@ -1,0 +1,37 @@
+#include "source/ooxml/string_hooks.h"
+
+#include "lmx/value.h"
+
+namespace rubrica::ooxml {
+
+namespace {
+
+constexpr std::string_view kBefore = "<si><t>";
+constexpr std::string_view kBehind = "</t></si>";
+
+// Without a way out of the loop, so that it is done many bytes at a time.
+bool isPlain(std::string_view text) {
+  unsigned other = 0;
+  for (const char c : text) {
+    other |= static_cast<unsigned>(c < ' ') | static_cast<unsigned>(c > '~') | static_cast<unsigned>(c == '&');
+  }
+  return other == 0;
+}
+
+}  // namespace
+
+std::size_t readPlainString(std::string_view text, std::string_view& content) {
+  if (!text.starts_with(kBefore)) return 0;
+  const std::size_t end = text.find('<', kBefore.size());
+  if (end == text.npos || !text.substr(end).starts_with(kBehind)) return 0;
+  content = text.substr(kBefore.size(), end - kBefore.size());
+  return isPlain(content) ? end + kBehind.size() : 0;
+}
+
+void writePlainString(std::string_view content, std::string& out) {
+  out.append(kBefore);
+  lmx::append_escaped(out, content);
+  out.append(kBehind);
+}
+
+}  // namespace rubrica::ooxml
