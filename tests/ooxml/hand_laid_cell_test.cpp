@@ -11,40 +11,14 @@
 #include "lmx/driver.h"
 #include "plain/plain_sheet.h"
 #include "source/ooxml/sheet.h"
+#include "tests/ooxml/read_and_write.h"
 
 namespace rubrica {
 
 namespace {
 
-struct result {
-  lmx::elmx_error code;
-  std::string item;
-  int program_line;
-  int xml_line;
-  std::string text;
-  bool operator==(const result&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const result& r) {
-  return out << r.code << " " << r.item << " at " << r.program_line << ", " << r.xml_line << ": " << r.text;
-}
-
-template <class Root>
-result readAndWrite(const std::string& document, bool by_layers = false) {
-  Root root;
-  lmx::c_xml_reader_memory reader(document.data(), document.size());
-  if (by_layers) reader.disable_fast_lane();
-  result answer{};
-  answer.code = root.unmarshal(reader);
-  const lmx::c_error_record& record = reader.record();
-  answer.item = record.item_name;
-  answer.program_line = record.program_line;
-  answer.xml_line = record.xml_line;
-  if (answer.code == lmx::ELMX_OK) {
-    EXPECT_EQ(root.marshal(answer.text), lmx::ELMX_OK);
-  }
-  return answer;
-}
+using ooxml_tests::read_result;
+using ooxml_tests::readAndWrite;
 
 std::string worksheetOf(const std::string& rows) {
   return R"(<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">)"
