@@ -32,7 +32,7 @@ List* listOf(ListHandle list) {
 
 // What a component asks of no field at all reads as empty.
 const Value& readable(FieldHandle field) {
-  static const Value empty;
+  static const Value empty{};
   return field == 0 ? empty : *valueOf(field);
 }
 
