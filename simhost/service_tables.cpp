@@ -43,10 +43,15 @@ const Value* columnsOwn(FieldHandle field) {
 
 void write(FieldHandle field, Value value) {
   if (field == 0) return;
+  Value& target = *valueOf(field);
+  // Mostly a cell gets a value of its column's kind, and no more has to be known.
+  if (value.kind() == target.kind() && value.kind() != Kind::Date) {
+    target = std::move(value);
+    return;
+  }
   const Value* cell = columnsOwn(field);
-  const bool keepsAsItIs = cell == nullptr || (value.kind() == cell->kind() && value.kind() != Kind::Date);
-  *valueOf(field) =
-      keepsAsItIs ? std::move(value) : value.as(cell->kind(), cell->kind() == Kind::Date ? cell->dateSubtype() : 0);
+  target =
+      cell == nullptr ? std::move(value) : value.as(cell->kind(), cell->kind() == Kind::Date ? cell->dateSubtype() : 0);
 }
 
 template <typename Unit>
