@@ -11,6 +11,8 @@ namespace rubrica::lmx {
 
 class c_xml {
  public:
+  c_xml(const c_xml&) = delete;
+  c_xml& operator=(const c_xml&) = delete;
   virtual ~c_xml() = default;
   // Told of each problem. The answer is the operation's result; 0 means to go on as if nothing were wrong, where going
   // on is possible at all (input that can't be read further stops the operation regardless).
@@ -31,8 +33,6 @@ class c_xml {
 
  protected:
   c_xml(const char* program_file, c_error& errors) : _errors(errors), _program_file(program_file) {}
-  c_xml(const c_xml&) = delete;
-  c_xml& operator=(const c_xml&) = delete;
 
   elmx_error keep_error(elmx_error code, std::string_view item_name, int xml_line);
 

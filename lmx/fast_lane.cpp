@@ -143,15 +143,6 @@ const char* fast_lane::skip_space(const char* p) const {
   return p;
 }
 
-// Behind one character beyond ASCII, or null when it is malformed or counts as a line end (U+0085, U+2028).
-const char* fast_lane::pass_character(const char* p) const {
-  const int length = utf8_sequence_length(p, _end);
-  if (length < 2) return nullptr;
-  if (byte_at(p) == 0xC2 && byte_at(p + 1) == 0x85) return nullptr;
-  if (byte_at(p) == 0xE2 && byte_at(p + 1) == 0x80 && byte_at(p + 2) == 0xA8) return nullptr;
-  return p + length;
-}
-
 // Behind a name, or null when something rare stands in it or it reaches the end.
 const char* fast_lane::scan_name(const char* p) const {
   p = pass_name_block(p, _end);
@@ -161,7 +152,7 @@ const char* fast_lane::scan_name(const char* p) const {
     } else if (byte_at(p) < 128) {
       return p;
     } else {
-      p = pass_character(p);
+      p = pass_beyond_ascii(p, _end);
       if (p == nullptr) return nullptr;
     }
   }
@@ -181,7 +172,7 @@ const char* fast_lane::scan_value(const char* p, raw_attribute& attribute) const
     if (*p == quote) break;
     if (*p == '"' || *p == '\'') continue;
     if (*p == '\r') return nullptr;
-    p = pass_character(p);
+    p = pass_beyond_ascii(p, _end);
     if (p == nullptr) return nullptr;
     --p;
   }
@@ -270,7 +261,7 @@ bool fast_lane::next_text(std::string_view& text, bool& has_reference, bool& pla
     if ((flags & kStopsText) == 0 || *p == '&') continue;
     if (*p == '<') break;
     if (*p == '\r') return false;
-    p = pass_character(p);
+    p = pass_beyond_ascii(p, _end);
     if (p == nullptr) return false;
     --p;
   }

@@ -59,7 +59,6 @@ class fast_lane {
   const char* scan_name(const char* p) const;
   const char* scan_attribute(const char* p, raw_attribute& attribute) const;
   const char* scan_value(const char* p, raw_attribute& attribute) const;
-  const char* pass_character(const char* p) const;
 
   const char* _position = nullptr;
   const char* _end = nullptr;

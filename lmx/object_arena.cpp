@@ -64,9 +64,8 @@ void* object_arena::take(std::size_t size) {
 
 // What was taken last can be taken again: a reader that drops each object it doesn't want needs room for one.
 void object_arena::give_back(void* object, std::size_t size) {
-  const auto address = reinterpret_cast<std::uintptr_t>(object);
-  auto* const of = reinterpret_cast<slab*>(address & ~std::uintptr_t{kSlabAlignment - 1});
   char* const begin = static_cast<char*>(object);
+  auto* const of = reinterpret_cast<slab*>(begin - reinterpret_cast<std::uintptr_t>(object) % kSlabAlignment);
   if (begin + rounded(size) == of->next) of->next = begin;
   forbid(begin, size);
   release(of);

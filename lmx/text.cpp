@@ -63,4 +63,11 @@ int utf8_sequence_length(const char* p, const char* end) {
   return length;
 }
 
+const char* pass_beyond_ascii(const char* p, const char* end) {
+  const int length = utf8_sequence_length(p, end);
+  if (length < 2) return nullptr;
+  const std::string_view character(p, static_cast<std::size_t>(length));
+  return character == "\xC2\x85" || character == "\xE2\x80\xA8" ? nullptr : p + length;
+}
+
 }  // namespace rubrica::lmx

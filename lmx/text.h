@@ -50,4 +50,8 @@ std::string utf8_from_wide(std::u16string_view text);
 // The length of the well-formed UTF-8 sequence at `p`, 0 when there is none before `end`.
 int utf8_sequence_length(const char* p, const char* end);
 
+// Behind the character beyond ASCII at `p`; null when it is malformed or counts as a line end (U+0085, U+2028), which
+// readers turn into LF.
+const char* pass_beyond_ascii(const char* p, const char* end);
+
 }  // namespace rubrica::lmx

@@ -10,6 +10,7 @@
 #include "lmx/c_xml_reader.h"
 #include "lmx/c_xml_writer.h"
 #include "lmx/driver.h"
+#include "source/ooxml/block_hooks.h"
 #include "source/ooxml/packed_cell.h"
 #include "source/ooxml/plain_cells.h"
 
@@ -128,18 +129,9 @@ std::size_t writePlainCells(const void* vector, std::size_t first, lmx::c_xml_wr
   return i - first;
 }
 
-// Rows hold their cells in a vector.
 template <class Cell, class Worker>
 constexpr lmx::block_hooks cellBlockHooks() {
-  using cells = std::vector<Cell>;
-  return {[](const void* vector) { return static_cast<const cells*>(vector)->size(); },
-          [](const void* vector, std::size_t index) -> const lmx::object& {
-            return (*static_cast<const cells*>(vector))[index];
-          },
-          [](void* vector) -> lmx::object& { return static_cast<cells*>(vector)->emplace_back(); },
-          [](void* vector) { static_cast<cells*>(vector)->shrink_to_fit(); },
-          &readPlainCells<Cell, Worker>,
-          &writePlainCells<Cell>};
+  return blockHooks<Cell>(&readPlainCells<Cell, Worker>, &writePlainCells<Cell>);
 }
 
 }  // namespace rubrica::ooxml

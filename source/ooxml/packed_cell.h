@@ -160,18 +160,19 @@ class packed_cell : public lmx::object {
   static constexpr std::uint8_t kNoValue = 0;
   static constexpr std::uint8_t kTexts = 1 + kMostPacked + 1;
   static constexpr std::uint8_t kExtra = kTexts + 1;
-  static constexpr std::size_t kAddressAt = kShort - sizeof(void*);  // aligned, as tools that look for leaks expect it
+  static constexpr std::size_t kAddressSize = sizeof(std::uintptr_t);
+  static constexpr std::size_t kAddressAt = kShort - kAddressSize;  // aligned, as tools that look for leaks expect it
 
   template <class T>
   T* beside() const {
     T* address = nullptr;
-    std::memcpy(&address, _text.data() + kAddressAt, sizeof(address));
+    std::memcpy(&address, _text.data() + kAddressAt, kAddressSize);
     return address;
   }
   template <class T>
   void hold(std::uint8_t form, std::unique_ptr<T> held) {
     T* const address = held.release();
-    std::memcpy(_text.data() + kAddressAt, &address, sizeof(address));
+    std::memcpy(_text.data() + kAddressAt, &address, kAddressSize);
     _form = form;
   }
   packed_texts* find_texts() const {

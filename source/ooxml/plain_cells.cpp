@@ -42,6 +42,38 @@ bool isWrittenAsItIs(std::string_view text) {
   return flags != 0;
 }
 
+constexpr std::size_t kShortText = 16;  // bytes, of what is looked at in two steps
+constexpr std::uint64_t kEachByte = 0x0101010101010101U;
+constexpr std::uint64_t kHighBits = kEachByte * 0x80U;
+
+// From kShortText - size on: so many high bits, and none behind them.
+constexpr std::array<char, 2 * kShortText> kHighBitsOfText = [] {
+  std::array<char, 2 * kShortText> bits{};
+  for (std::size_t i = 0; i < kShortText; ++i) bits[i] = '\x80';
+  return bits;
+}();
+
+std::uint64_t wordAt(const char* at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof(word));
+  return word;
+}
+
+// The high bit of each byte that is not from '+' to '9', where digits, signs and the point are.
+std::uint64_t notOfNumbers(std::uint64_t bytes) {
+  const std::uint64_t is_beyond = (bytes & ~kHighBits) + kEachByte * (0x7FU - '9');
+  const std::uint64_t is_before = ~((bytes | kHighBits) - kEachByte * '+');
+  return (bytes | is_beyond | is_before) & kHighBits;
+}
+
+// Whether the text is all of such characters. There are kShortText bytes to look at, whatever its size.
+bool isOfNumbers(const char* text, std::size_t size) {
+  const char* const wanted = kHighBitsOfText.data() + kShortText - size;
+  const std::uint64_t first = notOfNumbers(wordAt(text)) & wordAt(wanted);
+  const std::uint64_t second = notOfNumbers(wordAt(text + 8)) & wordAt(wanted + 8);
+  return (first | second) == 0;
+}
+
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -189,7 +221,8 @@ char* putValue(char* out, const packed_cell& cell) {
   bool is_numeric = false;
   const char* const value = out;
   out = cell.put_v(out, is_numeric);
-  if (!is_numeric && !isWrittenAsItIs({value, static_cast<std::size_t>(out - value)})) return nullptr;
+  const auto size = static_cast<std::size_t>(out - value);
+  if (!is_numeric && !isOfNumbers(value, size) && !isWrittenAsItIs({value, size})) return nullptr;
   return put(out, "</v></c>");
 }
 

@@ -1,5 +1,6 @@
 #include "source/ooxml/string_hooks.h"
 
+#include "lmx/text.h"
 #include "lmx/value.h"
 
 namespace rubrica::ooxml {
@@ -9,13 +10,28 @@ namespace {
 constexpr std::string_view kBefore = "<si><t>";
 constexpr std::string_view kBehind = "</t></si>";
 
+bool isPlainAscii(char c) {
+  return c >= ' ' && c <= '~' && c != '&';
+}
+
 // Without a way out of the loop, so that it is done many bytes at a time.
-bool isPlain(std::string_view text) {
+bool isPlainAscii(std::string_view text) {
   unsigned other = 0;
   for (const char c : text) {
     other |= static_cast<unsigned>(c < ' ') | static_cast<unsigned>(c > '~') | static_cast<unsigned>(c == '&');
   }
   return other == 0;
+}
+
+// With characters beyond ASCII too, as long as they are read as they stand.
+bool isPlain(std::string_view text) {
+  if (isPlainAscii(text)) return true;
+  const char* const end = text.data() + text.size();
+  for (const char* p = text.data(); p != end;) {
+    p = isPlainAscii(*p) ? p + 1 : lmx::pass_beyond_ascii(p, end);
+    if (p == nullptr) return false;
+  }
+  return true;
 }
 
 }  // namespace

@@ -9,13 +9,14 @@
 #include "lmx/c_xml_reader.h"
 #include "lmx/c_xml_writer.h"
 #include "lmx/driver.h"
+#include "source/ooxml/block_hooks.h"
 #include "source/ooxml/packed_string.h"
 #include "source/ooxml/plain_cells.h"
 
 namespace rubrica::ooxml {
 
-// Reads the item that a text begins with, `<si><t>text</t></si>` of printable ASCII without references, and gives its
-// size and what is in it; 0 when it is another one.
+// Reads the item that a text begins with, `<si><t>text</t></si>` of printable characters without references, and gives
+// its size and what is in it; 0 when it is another one.
 std::size_t readPlainString(std::string_view text, std::string_view& content);
 // Appends an item of that form.
 void writePlainString(std::string_view content, std::string& out);
@@ -84,18 +85,9 @@ std::size_t writePlainStrings(const void* vector, std::size_t first, lmx::c_xml_
   return i - first;
 }
 
-// Tables hold their items in a vector.
 template <class String, class Worker>
 constexpr lmx::block_hooks stringBlockHooks() {
-  using strings = std::vector<String>;
-  return {[](const void* vector) { return static_cast<const strings*>(vector)->size(); },
-          [](const void* vector, std::size_t index) -> const lmx::object& {
-            return (*static_cast<const strings*>(vector))[index];
-          },
-          [](void* vector) -> lmx::object& { return static_cast<strings*>(vector)->emplace_back(); },
-          [](void* vector) { static_cast<strings*>(vector)->shrink_to_fit(); },
-          &readPlainStrings<String, Worker>,
-          &writePlainStrings<String>};
+  return blockHooks<String>(&readPlainStrings<String, Worker>, &writePlainStrings<String>);
 }
 
 }  // namespace rubrica::ooxml

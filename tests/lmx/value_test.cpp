@@ -16,6 +16,22 @@ elmx_error parse(value_kind kind, std::string_view text, T& value, const facets*
   return parse_value({.kind = kind, .limits = limits}, text, &value);
 }
 
+TEST(BeyondAscii, IsPassedWhereItIsReadAsItStands) {
+  const auto passed = [](std::string_view text) {
+    const char* const behind = pass_beyond_ascii(text.data(), text.data() + text.size());
+    return behind == nullptr ? -1 : static_cast<int>(behind - text.data());
+  };
+  EXPECT_EQ(passed("\xC3\xBC!"), 2);
+  EXPECT_EQ(passed("\xE2\x82\xAC!"), 3);
+  EXPECT_EQ(passed("\xF0\x9F\x93\x8A!"), 4);
+  EXPECT_EQ(passed("\xC2\x84"), 2);
+  EXPECT_EQ(passed("\xE2\x80\xA9"), 3);
+  for (const char* text : {"", "a", "\xC2\x85", "\xE2\x80\xA8", "\xC3", "\xE2\x82", "\xF0\x9F\x93", "\x80", "\xC0\xAF",
+                           "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xC3!"}) {
+    EXPECT_EQ(passed(text), -1) << text;
+  }
+}
+
 TEST(Booleans, FourFormsAndNoOther) {
   bool value = false;
   for (const char* text : {"true", "1"}) {

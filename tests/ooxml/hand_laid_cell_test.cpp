@@ -116,6 +116,32 @@ TEST(HandLaidCell, LongTextsAreWrittenAsTheDriverDoes) {
   }
 }
 
+// Values of digits alone are copied without a look at each of them.
+TEST(HandLaidCell, ShortValuesAreEscapedWhereverTheCharacterStands) {
+  constexpr std::size_t kLongestShort = 13;
+  sheet::c_worksheet packed;
+  plain_sheet::c_worksheet described;
+  auto& packed_row = packed.get_sheetData().append_row();
+  auto& described_row = described.get_sheetData().append_row();
+  for (std::size_t size = 0; size <= kLongestShort + 1; ++size) {
+    for (std::size_t at = 0; at < size; ++at) {
+      for (const char c : std::string("\x01\x1F !\"&'*+-./09:;<=>@AEZ]az~\x7F\x80\xB0\xFF")) {
+        std::string value(size, '7');
+        value[at] = c;
+        packed_row.append_c().set_position(0, 0);
+        packed_row.get_c(packed_row.size_c() - 1).set_v(value);
+        auto& cell = described_row.append_c();
+        cell.set_r("A1");
+        cell.set_v(value);
+      }
+    }
+  }
+  std::string first, second;
+  ASSERT_EQ(packed.marshal(first), lmx::ELMX_OK);
+  ASSERT_EQ(described.marshal(second), lmx::ELMX_OK);
+  EXPECT_TRUE(first == second);
+}
+
 TEST(HandLaidCell, OtherReferencesAreNotReadTheShortWay) {
   for (const std::string cell : {
            R"(<c r="A1"><v>1</v></c><c r="a2"/><c r="A0"/><c r="A01"/><c r="A1048577"/><c r="XFE1"/><c r="AAAA1"/>)",

@@ -138,6 +138,15 @@ TEST(PackedString, TablesAreReadAndWrittenAsTheDriverDoes) {
            "<si><t>a&lt;b&#x41;&amp;</t></si><si><t>quotes \" ' and > and ]]></t></si>",
            "<si><t>\xC3\xBC \xE2\x82\xAC</t></si><si><t>a</t></si><si><t>\x7F</t></si><si><t>\x01</t></si>",
            "<si><t>\xC3</t></si>",
+           "<si><t>\xC3\xBC\xC2\x85\xE2\x80\xA8\xE2\x80\xA9 end</t></si>",
+           "<si><t>a\xC2\x85</t></si>",
+           "<si><t>\xE2\x80\xA8</t></si>",
+           "<si><t>\xF0\x9F\x93\x8A \xEF\xBF\xBF \xE2\x80\xA7</t></si>",
+           "<si><t>\xE2\x82</t></si>",
+           "<si><t>\xED\xA0\x80</t></si>",
+           "<si><t>\xC0\xAF</t></si>",
+           "<si><t>\xF4\x90\x80\x80</t></si>",
+           "<si><t>\xC3\xBC &amp; \xC3\xBC</t></si>",
            "<si><t><![CDATA[<raw>]]></t></si><si><t>a<!-- b -->c</t></si>",
            "<si><r><rPr><b/></rPr><t>a</t></r><r><t>b</t></r></si><si><t>c</t></si>",
            "<si><t>a</t><rPh sb=\"0\" eb=\"1\"><t>b</t></rPh><phoneticPr fontId=\"1\"/></si><si><t>c</t></si>",
@@ -159,6 +168,14 @@ TEST(PackedString, TablesAreReadAndWrittenAsTheDriverDoes) {
   const std::string whole = tableOf("<si><t>abc</t></si><si><t>def</t></si>");
   for (std::size_t size = 1; size < whole.size(); ++size) expectSame(whole.substr(0, size));
   expectSame(R"(<m:sst xmlns:m="http://schemas.openxmlformats.org/spreadsheetml/2006/main"><si><t>a</t></si></m:sst>)");
+}
+
+TEST(PackedString, TextBeyondAsciiStaysTextAlone) {
+  const std::string text = tableOf("<si><t>\xC3\x9C 12 \xE2\x82\xAC \xF0\x9F\x93\x8A</t></si>");
+  sharedStringTable::c_sst table;
+  ASSERT_EQ(table.unmarshal(text.data(), text.size()), lmx::ELMX_OK);
+  ASSERT_EQ(table.size_si(), 1U);
+  EXPECT_EQ(table.get_si(0).view_t(), "\xC3\x9C 12 \xE2\x82\xAC \xF0\x9F\x93\x8A");
 }
 
 // More text than a writer holds back before its stream gets it.
