@@ -41,14 +41,14 @@ const Value* columnsOwn(FieldHandle field) {
   return (field & boundCell) != 0 && valueOf(field)->kind() != Kind::None ? valueOf(field) : nullptr;
 }
 
+// Mostly a field gets a value of the kind that it has, and no more has to be known.
+bool isOfKind(FieldHandle field, Kind kind) {
+  return field != 0 && valueOf(field)->kind() == kind;
+}
+
 void write(FieldHandle field, Value value) {
   if (field == 0) return;
   Value& target = *valueOf(field);
-  // Mostly a cell gets a value of its column's kind, and no more has to be known.
-  if (value.kind() == target.kind() && value.kind() != Kind::Date) {
-    target = std::move(value);
-    return;
-  }
   const Value* cell = columnsOwn(field);
   target =
       cell == nullptr ? std::move(value) : value.as(cell->kind(), cell->kind() == Kind::Date ? cell->dateSubtype() : 0);
@@ -132,17 +132,28 @@ std::size_t readBinary(FieldHandle field, void* buffer, std::size_t capacity) {
 }
 
 void writeInteger(FieldHandle field, std::int32_t value) {
-  write(field, Value::integer(value));
+  if (isOfKind(field, Kind::Integer)) {
+    valueOf(field)->assignInteger(value);
+  } else {
+    write(field, Value::integer(value));
+  }
 }
 void writeNumber(FieldHandle field, double value, std::int32_t) {
-  write(field, Value::number(value));
+  if (isOfKind(field, Kind::Number)) {
+    valueOf(field)->assignNumber(value);
+  } else {
+    write(field, Value::number(value));
+  }
 }
 void writeBoolean(FieldHandle field, std::int32_t code) {
-  write(field, Value::booleanCode(code));
+  if (isOfKind(field, Kind::Boolean)) {
+    valueOf(field)->assignBooleanCode(code);
+  } else {
+    write(field, Value::booleanCode(code));
+  }
 }
 void writeText(FieldHandle field, const char32_t* text, std::size_t length) {
-  const Value* cell = columnsOwn(field);
-  if (cell != nullptr && cell->kind() == Kind::Character) {
+  if (isOfKind(field, Kind::Character)) {
     valueOf(field)->assignText({text, length});
   } else {
     write(field, Value::text({text, length}));

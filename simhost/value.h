@@ -72,7 +72,21 @@ class Value {
   // What a variable of the kind holds before anything is assigned to it.
   static Value emptyOf(Kind kind, int subtype = 0);
 
-  // Becomes a text. In a list's cell it is made where it stays.
+  // Becomes a number, an integer, a boolean or a text. In a list's cell it is made where it stays: one that was put
+  // together elsewhere would have to be moved as a whole before its parts have reached memory, which holds up the
+  // processor.
+  void assignNumber(double number) {
+    become(Kind::Number);
+    _content.number = number;
+  }
+  void assignInteger(std::int64_t value) {
+    become(Kind::Integer);
+    _content.integer = value;
+  }
+  void assignBooleanCode(std::int64_t code) {
+    become(Kind::Boolean);
+    _content.integer = code;
+  }
   void assignText(TextView text) {
     Content content;
     content.kind = Kind::Character;
@@ -146,6 +160,14 @@ class Value {
 
   bool isShared() const { return _content.form == Content::kShared; }
   void release();
+  // Of a kind that stands in a word of the content, which is to be set.
+  void become(Kind kind) {
+    if (isShared()) release();
+    _content.more = 0;
+    _content.form = 0;
+    _content.kind = kind;
+    _content.isNull = false;
+  }
   const TextBlock& textBlock() const { return static_cast<const TextBlock&>(*_content.block); }
 
   Content _content;
