@@ -37,21 +37,35 @@ sanitizer (`./dev threads`). The whole suite runs under the address, undefined b
 {coverage}"""
 
 
-def fuzz_table(build):
-    logs = sorted(pathlib.Path(build).glob("findings/*.log"))
-    if not logs:
+def former_rows(page):
+    """The rows of the fuzz table that the page has, by target."""
+    if not page.exists():
+        return {}
+    _, _, fuzzing = page.read_text(encoding="utf-8").partition("## Fuzzing")
+    rows, _, _ = fuzzing.partition("\n## ")
+    return {row.split(" ")[1]: row for row in rows.splitlines() if re.match(r"\| \w+ \| [\d,]+ \|", row)}
+
+
+def fuzz_row(log):
+    """What a target's log tells, in which several runs may follow each other."""
+    text = log.read_text(errors="replace")
+    runs = sum(int(count) for count in re.findall(r"stat::number_of_executed_units:\s+(\d+)", text))
+    seconds = sum(int(count) for count in re.findall(r"Done \d+ runs in (\d+) second", text))
+    last = re.findall(r"cov: (\d+) ft: \d+ corp: (\d+)", text)
+    found = len(list(log.parent.glob(f"{log.stem}-*")))
+    cov, corpus = last[-1] if last else ("", "")
+    done = f"{runs:,} | {seconds:,}" if runs else "stopped early |"
+    return f"| {log.stem} | {done} | {cov} | {corpus} | {found} |"
+
+
+def fuzz_table(build, page):
+    """A target without a log on this machine keeps the row of its last run."""
+    rows = former_rows(page)
+    rows.update({log.stem: fuzz_row(log) for log in pathlib.Path(build).glob("findings/*.log")})
+    if not rows:
         return "Not run.\n"
     lines = ["| target | executions | seconds | edges covered | corpus | findings |", "|---|---|---|---|---|---|"]
-    for log in logs:
-        text = log.read_text(errors="replace")
-        runs = re.search(r"stat::number_of_executed_units:\s+(\d+)", text)
-        done = re.search(r"Done \d+ runs in (\d+) second", text)
-        last = re.findall(r"cov: (\d+) ft: \d+ corp: (\d+)", text)
-        found = len(list(log.parent.glob(f"{log.stem}-*")))
-        cov, corpus = last[-1] if last else ("", "")
-        lines.append(f"| {log.stem} | {int(runs.group(1)):,} | {done.group(1) if done else ''} | {cov} | {corpus} | {found} |" if runs
-                     else f"| {log.stem} | stopped early | | {cov} | {corpus} | {found} |")
-    return "\n".join(lines) + "\n"
+    return "\n".join(lines + [rows[target] for target in sorted(rows)]) + "\n"
 
 
 def coverage_table(path):
@@ -74,8 +88,9 @@ def main():
     out, fidelity, fuzz, coverage = sys.argv[1:5]
     fidelity = pathlib.Path(fidelity)
     tables = fidelity.read_text(encoding="utf-8") if fidelity.exists() else "No workbooks at hand.\n"
-    pathlib.Path(out).write_text(HEAD.format(date=time.strftime("%Y-%m-%d"), fidelity=tables, fuzz=fuzz_table(fuzz),
-                                             coverage=coverage_table(coverage)), encoding="utf-8")
+    page = pathlib.Path(out)
+    page.write_text(HEAD.format(date=time.strftime("%Y-%m-%d"), fidelity=tables, fuzz=fuzz_table(fuzz, page),
+                                coverage=coverage_table(coverage)), encoding="utf-8")
 
 
 if __name__ == "__main__":
