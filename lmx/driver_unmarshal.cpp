@@ -77,6 +77,14 @@ class name_for_reports {
 elmx_error unmarshal_as(const class_descriptor& type, object& self, c_xml_reader& reader,
                         name_for_reports element_name);
 
+// A place at the end of a list. The first is made with room for as many as take no more from the heap than one does,
+// since most lists are short.
+owned& append_to(std::vector<owned>& list) {
+  constexpr std::size_t kShortList = 3;
+  if (list.capacity() == 0) list.reserve(kShortList);
+  return list.emplace_back();
+}
+
 // Drives one object.
 class c_unmarshal_helper {
  public:
@@ -90,9 +98,10 @@ class c_unmarshal_helper {
     return _type.body != nullptr ? read_simple_body() : read_complex_body();
   }
 
-  // The rows of a class that has no element of its own, from the current event on.
+  // The rows of a class that has no element of its own, from the current event on, which has been classified by the
+  // names of that class.
   elmx_error unmarshal_in_place() {
-    _token = classify();
+    _token = _reader.current_token();
     return read_rows(rows_begin(_type), rows_end(_type));
   }
 
@@ -112,6 +121,7 @@ class c_unmarshal_helper {
   elmx_error read_children(const particle& row);
   elmx_error read_block(const particle& row);
   void read_plain(const particle& row);
+  elmx_error read_anonymous(const particle& row, owned& slot);
   elmx_error read_group(const particle& row);
   elmx_error read_groups(const particle& row);
   elmx_error read_any(const particle& row);
@@ -449,7 +459,7 @@ elmx_error c_unmarshal_helper::read_children(const particle& row) {
   std::uint32_t count = 0;
   for (; starts(row); ++count) {
     elmx_error code = count == row.max_occurs ? too_many(row) : ELMX_OK;
-    if (code == ELMX_OK) code = read_new(row, children.emplace_back());
+    if (code == ELMX_OK) code = read_new(row, append_to(children));
     if (code != ELMX_OK) return code;
     if (!_reader.keeps(*children.back().get())) children.pop_back();
   }
@@ -481,31 +491,37 @@ elmx_error c_unmarshal_helper::read_block(const particle& row) {
   return count < row.min_occurs ? missing(row) : ELMX_OK;
 }
 
-elmx_error c_unmarshal_helper::read_group(const particle& row) {
-  if (!starts(row) && may_be_empty(row)) return ELMX_OK;
-  owned& slot = at<owned>(row.offset);
+elmx_error c_unmarshal_helper::read_anonymous(const particle& row, owned& slot) {
   slot = make_owned(*row.target, _reader.objects());
   const elmx_error code = c_unmarshal_helper(*slot.get(), *row.target, _reader, _element_name).unmarshal_in_place();
   ++_events;
+  return code;
+}
+
+elmx_error c_unmarshal_helper::read_group(const particle& row) {
+  if (!starts(row) && may_be_empty(row)) return ELMX_OK;
+  _reader.tokenise(row.target->element_names, true);
+  const elmx_error code = read_anonymous(row, at<owned>(row.offset));
   _token = classify();
   return code;
 }
 
+// From the first group to behind the last one, events are classified by the names of the groups' class alone.
 elmx_error c_unmarshal_helper::read_groups(const particle& row) {
+  const class_descriptor& inner = *row.target;
   auto& groups = at<std::vector<owned>>(row.offset);
   std::uint32_t count = 0;
-  for (; starts(row); ++count) {
-    if (count == row.max_occurs) {
-      if (const elmx_error code = too_many(row); code != ELMX_OK) return code;
-    }
-    object& group = *groups.emplace_back(make_owned(*row.target, _reader.objects())).get();
-    const elmx_error code = c_unmarshal_helper(group, *row.target, _reader, _element_name).unmarshal_in_place();
-    ++_events;
-    _token = classify();
-    if (code != ELMX_OK) return code;
+  elmx_error code = ELMX_OK;
+  _reader.tokenise(inner.element_names, true);
+  for (; any_can_start(_reader, inner, rows_begin(inner), rows_end(inner), false); ++count) {
+    if (count == row.max_occurs) code = too_many(row);
+    if (code == ELMX_OK) code = read_anonymous(row, append_to(groups));
+    if (code != ELMX_OK) break;
   }
-  if (count >= row.min_occurs || may_all_be_empty(rows_begin(*row.target), rows_end(*row.target))) return ELMX_OK;
-  return count == 0 && rows_begin(*row.target)->kind == particle_kind::choice
+  _token = classify();
+  if (code != ELMX_OK) return code;
+  if (count >= row.min_occurs || may_all_be_empty(rows_begin(inner), rows_end(inner))) return ELMX_OK;
+  return count == 0 && rows_begin(inner)->kind == particle_kind::choice
              ? report(ELMX_BAD_CHOICE, _element_name, row.line)
              : missing(row);
 }
