@@ -50,7 +50,7 @@ void c_xml_writer::prepare(unsigned flags, const writer_layout& strings) {
   _attribute_tab = text_or(strings.attribute_tab, _tab);
   _attribute_nl = text_or(strings.attribute_nl, _nl);
   if (flags != kNoDeclaration) {
-    _out.append("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+    _out.append(R"(<?xml version="1.0" encoding="UTF-8")");
     if (flags == kStandaloneDeclaration) _out.append(" standalone=\"yes\"");
     _out.append("?>").append(_nl);
   }

@@ -67,16 +67,16 @@ bool parse_whole(std::string_view text, double& value) {
 
 constexpr std::string_view kBase64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-constexpr std::array<signed char, 256> make_base64_values() {
-  std::array<signed char, 256> values{};
+constexpr std::array<std::int16_t, 256> make_base64_values() {
+  std::array<std::int16_t, 256> values{};
   for (auto& value : values) value = -1;
   for (std::size_t i = 0; i < kBase64.size(); ++i) {
-    values[static_cast<unsigned char>(kBase64[i])] = static_cast<signed char>(i);
+    values[static_cast<unsigned char>(kBase64[i])] = static_cast<std::int16_t>(i);
   }
   return values;
 }
 
-constexpr std::array<signed char, 256> kBase64Values = make_base64_values();
+constexpr std::array<std::int16_t, 256> kBase64Values = make_base64_values();
 
 int hex_digit(char c) {
   if (is_digit(c)) return c - '0';

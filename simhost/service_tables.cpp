@@ -303,8 +303,8 @@ std::int32_t callMethod(Word context, ObjectHandle object, const char32_t* name,
 }
 
 std::uint32_t readString(Word module, std::uint32_t id, char32_t* buffer, std::uint32_t capacity) {
-  const Text& text = pointerFrom<const StringResources>(module)->text(id);
-  const std::size_t length = std::min<std::size_t>({text.size(), capacity, host::kMaxResourceText});
+  const auto& text = pointerFrom<const StringResources>(module)->text(id);
+  const auto length = std::min<std::size_t>({text.size(), capacity, host::kMaxResourceText});
   copyOut(text.data(), length, buffer, length);
   return static_cast<std::uint32_t>(length);
 }
