@@ -180,7 +180,8 @@ std::string workbookText(std::int64_t names) {
     name.set_name("Region_" + std::to_string(i));
     name.set_localSheetId(i / kNamesASheet);
     const std::string row = std::to_string(i + 1);
-    name.set_value("'Sheet " + std::to_string(i / kNamesASheet + 1) + "'!$A$" + row + ":$F$" + row);
+    std::string area = "'Sheet " + std::to_string(i / kNamesASheet + 1);
+    name.set_value(area.append("'!$A$").append(row).append(":$F$").append(row));
   }
   return textOf(root);
 }

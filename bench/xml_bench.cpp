@@ -17,7 +17,7 @@ constexpr int kColumns = 10;
 // A worksheet of numbers as spreadsheet programs write it.
 const std::string& sheet() {
   static const std::string text = [] {
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><worksheet xmlns=\"urn:m\"><sheetData>";
+    std::string out = R"(<?xml version="1.0" encoding="UTF-8"?><worksheet xmlns="urn:m"><sheetData>)";
     for (int r = 0; r < kRows; ++r) {
       out += "<row r=\"" + std::to_string(r + 1) + "\">";
       for (int c = 0; c < kColumns; ++c) {
@@ -37,7 +37,7 @@ const std::string& sheet() {
 // Strings as a shared string table holds them, with references and characters beyond ASCII.
 const std::string& strings() {
   static const std::string text = [] {
-    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?><sst xmlns=\"urn:m\">";
+    std::string out = R"(<?xml version="1.0" encoding="UTF-8"?><sst xmlns="urn:m">)";
     for (int i = 0; i < 100000; ++i) {
       out += "<si><t>text " + std::to_string(i) +
              (i % 10 == 0 ? " &amp; more"
