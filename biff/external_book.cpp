@@ -29,7 +29,7 @@ std::optional<std::u16string> takeText(RecordBody& body) {
   const auto bytes = body.takeBytes(length * width);
   std::u16string text(length, u'\0');
   for (std::size_t i = 0; i < length; ++i) {
-    unsigned unit = std::to_integer<unsigned>(bytes[i * width]);
+    auto unit = std::to_integer<unsigned>(bytes[i * width]);
     if (width == 2) unit |= std::to_integer<unsigned>(bytes[i * width + 1]) << 8;
     text[i] = static_cast<char16_t>(unit);
   }

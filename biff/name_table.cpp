@@ -100,7 +100,7 @@ std::optional<std::size_t> NameTable::find(std::u16string_view name, std::uint16
 
 std::optional<std::size_t> NameTable::find(BuiltInName name, std::uint16_t itab) const {
   indexNewNames();
-  const char16_t code = static_cast<char16_t>(name);
+  const auto code = static_cast<char16_t>(name);
   return _index.find(codeName({&code, 1}), itab);
 }
 
@@ -119,7 +119,7 @@ NameMapping NameTable::remove(const std::function<bool(const Lbl&)>& goes) {
 }
 
 NameMapping NameTable::renumberSheets(const std::function<int(int)>& mapping) {
-  const NameMapping left = remove([&](const Lbl& name) { return name.itab > 0 && mapping(name.itab - 1) < 0; });
+  NameMapping left = remove([&](const Lbl& name) { return name.itab > 0 && mapping(name.itab - 1) < 0; });
   for (Lbl& name : _names) {
     if (name.itab > 0) name.itab = Lbl::scopeOf(mapping(name.itab - 1));
   }

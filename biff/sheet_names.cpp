@@ -53,7 +53,7 @@ Lbl& builtInEntry(BookImplT& book, BuiltInName name, int sheet) {
   NameTable& table = book.names();
   const std::uint16_t itab = Lbl::scopeOf(sheet);
   if (const auto found = table.find(name, itab)) return table.names()[*found];
-  const char16_t code = static_cast<char16_t>(name);
+  const auto code = static_cast<char16_t>(name);
   Lbl made;
   made.grbit = Lbl::kBuiltIn;
   made.itab = itab;

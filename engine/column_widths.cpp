@@ -49,14 +49,16 @@ int ColumnWidths::pixelsOfStored(std::uint16_t stored) const {
 
 double ColumnWidths::digitsOfChars(double chars) const {
   if (_digit <= 0) return 0;
-  return static_cast<double>(std::int64_t{pixelsOfChars(chars)} * 256 / _digit) / 256;
+  const std::int64_t stored = std::int64_t{pixelsOfChars(chars)} * 256 / _digit;
+  return static_cast<double>(stored) / 256;
 }
 
 // The format's own rounding. It cuts off a little past the half, so that a width whose last digits were lost in a file
 // stays the same number of pixels.
 int ColumnWidths::pixelsOfDigits(double digits) const {
   if (_digit <= 0 || std::isnan(digits)) return 0;
-  const double units = digits * 256 + static_cast<double>(128 / _digit);
+  const int almostHalf = 128 / _digit;
+  const double units = digits * 256 + almostHalf;
   return static_cast<int>(std::floor(std::clamp(units * _digit / 256, -kMostPixels, kMostPixels)));
 }
 

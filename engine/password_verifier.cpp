@@ -1,5 +1,7 @@
 #include "engine/password_verifier.h"
 
+#include <numeric>
+
 namespace rubrica {
 namespace {
 
@@ -12,8 +14,8 @@ unsigned rotated(unsigned hash) {
 }  // namespace
 
 std::uint16_t passwordVerifier(std::u16string_view password) {
-  unsigned hash = 0;
-  for (auto c = password.rbegin(); c != password.rend(); ++c) hash = rotated(hash) ^ *c;
+  unsigned hash = std::accumulate(password.rbegin(), password.rend(), 0U,
+                                  [](unsigned before, char16_t c) { return rotated(before) ^ c; });
   hash = rotated(hash) ^ static_cast<unsigned>(password.size()) ^ kVerifierSeed;
   return static_cast<std::uint16_t>(hash);
 }

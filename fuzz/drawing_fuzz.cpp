@@ -73,6 +73,7 @@ void asGroup(ByteView bytes) {
 
 Drawing drawingOf(const std::vector<KeptRecord>& records) {
   std::vector<SheetRecord> views;
+  views.reserve(records.size());
   for (const KeptRecord& record : records) views.push_back({record.recordId, record.body});
   Drawing drawing;
   drawing.read(views);

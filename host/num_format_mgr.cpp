@@ -1,5 +1,7 @@
 #include "host/num_format_mgr.h"
 
+#include <utility>
+
 namespace rubrica::host {
 namespace {
 
@@ -8,7 +10,7 @@ constexpr int kFirstRange[] = {0, 22}, kSecondRange[] = {37, 49};
 
 }  // namespace
 
-NumFormatMgr::NumFormatMgr(const BookPtr& book) : _book(book) {
+NumFormatMgr::NumFormatMgr(BookPtr book) : _book(std::move(book)) {
   for (const auto& range : {kFirstRange, kSecondRange}) {
     for (int id = range[0]; id <= range[1]; ++id) _formats[id] = nullptr;
   }

@@ -13,7 +13,7 @@ namespace rubrica::host {
 
 class NumFormatMgr {
  public:
-  explicit NumFormatMgr(const BookPtr& book);
+  explicit NumFormatMgr(BookPtr book);
 
   // The format of the book with this number format; null when the book can't add one.
   Format* formatForNumFormat(int id);

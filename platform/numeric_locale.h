@@ -14,8 +14,8 @@ class NumericLocaleGuard {
   NumericLocaleGuard& operator=(const NumericLocaleGuard&) = delete;
 
  private:
-  void* _previous;
-  void* _own;
+  void* _previous = nullptr;
+  void* _own = nullptr;
 };
 
 // The name of the process's LC_CTYPE locale, and the attempt to set it: the resulting name, empty on failure. Calls

@@ -94,6 +94,7 @@ class Converter {
 
   void open(const char* name) { _handle = iconv_open(kUtf16Units, name); }
 
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): what iconv_open answers on failure
   inline static const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);
   iconv_t _handle = kClosed;
 };

@@ -1,10 +1,11 @@
+// NOLINTNEXTLINE(modernize-deprecated-headers): the locales of threads are POSIX, not C++
 #include <locale.h>
 
 #include "platform/numeric_locale.h"
 
 namespace rubrica::platform {
 
-NumericLocaleGuard::NumericLocaleGuard() : _previous(nullptr), _own(nullptr) {
+NumericLocaleGuard::NumericLocaleGuard() {
   // The copy keeps every other category as the thread has it; newlocale takes the copy over.
   const locale_t base = duplocale(uselocale(nullptr));
   if (base == nullptr) return;

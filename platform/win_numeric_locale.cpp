@@ -30,7 +30,7 @@ struct ThreadLocale {
 
 }  // namespace
 
-NumericLocaleGuard::NumericLocaleGuard() : _previous(nullptr), _own(nullptr) {
+NumericLocaleGuard::NumericLocaleGuard() {
   const int mode = configureThreadLocale(_ENABLE_PER_THREAD_LOCALE);
   if (mode == -1) return;  // without a locale of the thread's own, a change would reach every thread
   const char* numeric = std::setlocale(LC_NUMERIC, nullptr);

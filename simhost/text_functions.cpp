@@ -11,9 +11,9 @@ namespace {
 
 using Args = std::span<const Value>;
 
-Value checkedText(Text text) {
+Value checkedText(TextView text) {
   if (text.size() > maxTextLength) throw ScriptError("The text is longer than a text may be");
-  return Value::text(std::move(text));
+  return Value::text(text);
 }
 
 // A count or position from a script, with negative ones as 0.
@@ -116,7 +116,7 @@ Value asc(Args a) {
 Value jst(Args a) {
   Text text;
   for (std::size_t i = 0; i < a.size(); i += 2) text += justified(a[i], i + 1 < a.size() ? a[i + 1].toText() : Text());
-  return checkedText(std::move(text));
+  return checkedText(text);
 }
 
 Value isNumber(Args a) {
@@ -151,7 +151,7 @@ Value binToHex(Args a) {
     text.push_back(hex[byte >> 4u]);
     text.push_back(hex[byte & 0xFu]);
   }
-  return checkedText(std::move(text));
+  return checkedText(text);
 }
 
 constexpr std::array table = {

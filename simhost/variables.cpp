@@ -55,6 +55,7 @@ void Variables::assign(Variable& variable, const Value& value) {
     target.value = Value::object(nullptr);
     return;
   }
+  // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): making the copy may change what the value is held in
   const std::shared_ptr<Instance> source = value.instance();
   std::shared_ptr<Instance> own = target.value.isObject() ? target.value.instance() : nullptr;
   if (own == source) return;

@@ -115,7 +115,7 @@ std::string sheetNameComplaint(std::u16string_view name) {
 std::string definedNameComplaint(std::u16string_view name, const std::string& form) {
   if (name.empty()) return "a name can't be empty";
   if (name.size() > kMostDefinedNameCharacters) return "a name has at most 255 characters";
-  if (!startsName(name.front())) return "a name begins with a letter, \"_\" or \"\\\"";
+  if (!startsName(name.front())) return R"(a name begins with a letter, "_" or "\")";
   for (const char16_t c : name) {
     if (!startsName(c) && !isDigit(c) && c != u'.' && c != u'?') {
       return "a name can't hold \"" + narrowText(std::u16string_view(&c, 1)) + "\"";
@@ -140,8 +140,8 @@ std::vector<std::string> bookComplaints(Book& book, const std::string& form) {
     complainOfHeaders(narrowText(name), "header", sheet->header(), complaints);
     complainOfHeaders(narrowText(name), "footer", sheet->footer(), complaints);
   }
-  if (book.sheetCount() == 0) complaints.push_back("the book has no sheet");
-  if (book.sheetCount() > 0 && !anyVisible) complaints.push_back("all sheets are hidden");
+  if (book.sheetCount() == 0) complaints.emplace_back("the book has no sheet");
+  if (book.sheetCount() > 0 && !anyVisible) complaints.emplace_back("all sheets are hidden");
   if (book.sheetCount() > 0 && (book.activeSheet() < 0 || book.activeSheet() >= book.sheetCount())) {
     complaints.push_back("the active sheet is number " + std::to_string(book.activeSheet() + 1) + " of " +
                          std::to_string(book.sheetCount()));

@@ -1,13 +1,14 @@
 #include "tools/book_copy.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace rubrica::tools {
 
-BookCopy::BookCopy(OpenedBook& source, Book& target, const std::string& targetForm, Losses& losses)
+BookCopy::BookCopy(OpenedBook& source, Book& target, std::string targetForm, Losses& losses)
     : _source(source),
       _target(target),
-      _targetForm(targetForm),
+      _targetForm(std::move(targetForm)),
       _losses(losses),
       _sourceStyles(*source.book),
       _targetStyles(target),

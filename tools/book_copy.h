@@ -17,7 +17,7 @@ namespace rubrica::tools {
 class BookCopy {
  public:
   // `target` is a new book of the form `targetForm`.
-  BookCopy(OpenedBook& source, Book& target, const std::string& targetForm, Losses& losses);
+  BookCopy(OpenedBook& source, Book& target, std::string targetForm, Losses& losses);
   // False where the target can't hold a sheet of the source at all; its message says why.
   bool run(Progress& progress);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "engine/address.h"
 #include "tools/cell_value.h"
@@ -38,9 +39,8 @@ UsedRange usedByBoth(Sheet& a, Sheet& b) {
 
 }  // namespace
 
-BookDiff::BookDiff(OpenedBook& a, OpenedBook& b, const DiffOptions& options,
-                   std::function<void(const std::string&)> report)
-    : _a(a), _b(b), _aStyles(*a.book), _bStyles(*b.book), _options(options), _report(std::move(report)) {
+BookDiff::BookDiff(OpenedBook& a, OpenedBook& b, DiffOptions options, std::function<void(const std::string&)> report)
+    : _a(a), _b(b), _aStyles(*a.book), _bStyles(*b.book), _options(std::move(options)), _report(std::move(report)) {
   if (_options.subjects.empty()) _options.subjects.insert(allSubjects().begin(), allSubjects().end());
 }
 

@@ -20,7 +20,7 @@ struct DiffOptions {
 // Tells `report` of each difference, one line of text: where, what, the first book's value "->" the second's.
 class BookDiff {
  public:
-  BookDiff(OpenedBook& a, OpenedBook& b, const DiffOptions& options, std::function<void(const std::string&)> report);
+  BookDiff(OpenedBook& a, OpenedBook& b, DiffOptions options, std::function<void(const std::string&)> report);
   void run(Progress& progress);
 
  private:

@@ -39,7 +39,7 @@ std::string addressText(int row, int col) {
 }
 
 std::string rangeText(const CellRange& range) {
-  const std::string first = addressText(range.rowFirst, range.colFirst);
+  std::string first = addressText(range.rowFirst, range.colFirst);
   if (range.rowFirst == range.rowLast && range.colFirst == range.colLast) return first;
   return first + ":" + addressText(range.rowLast, range.colLast);
 }

@@ -10,7 +10,7 @@ namespace rubrica::tools {
 
 struct CellRange {
   int rowFirst = 0, rowLast = 0, colFirst = 0, colLast = 0;  // inclusive
-  auto operator<=>(const CellRange&) const = default;
+  auto operator<=>(const CellRange&) const = default;        // NOLINT(modernize-use-nullptr): it is compared with 0
 };
 
 // "#REF!" and its like; "#UNKNOWN!" for a code without a name.

@@ -33,6 +33,7 @@ std::string helpText(const ToolText& tool) {
 CommandLine::CommandLine(const ToolText& tool, int argc, char** argv) : _tool(tool) {
   const std::vector<OptionRow> rows = allOptions(tool);
   std::vector<option> options;
+  options.reserve(rows.size() + 1);
   for (const OptionRow& row : rows) {
     options.push_back({row.name, row.argument == nullptr ? no_argument : required_argument, nullptr, 0});
   }

@@ -39,7 +39,7 @@ std::set<Subject> subjectsOf(CommandLine& line, const std::string& option) {
     if (const auto subject = subjectOf(word)) {
       subjects.insert(*subject);
     } else {
-      line.reject("--" + option + " knows no subject \"" + word + "\"");
+      line.reject(std::string("--").append(option).append(" knows no subject \"").append(word).append("\""));
     }
   }
   return subjects;

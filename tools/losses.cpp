@@ -19,9 +19,10 @@ std::vector<std::string> Losses::lines() const {
       lines.push_back(text);
       continue;
     }
-    const std::string others =
-        kind->second.count > 1 ? " and " + std::to_string(kind->second.count - 1) + " more places" : "";
-    lines.push_back(kind->second.firstPlace + others + ": " + text);
+    std::string line = kind->second.firstPlace;
+    if (kind->second.count > 1)
+      line.append(" and ").append(std::to_string(kind->second.count - 1)).append(" more places");
+    lines.push_back(line.append(": ").append(text));
   }
   return lines;
 }

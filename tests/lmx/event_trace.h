@@ -66,7 +66,9 @@ inline bool add_start(std::string& out, c_xml_reader& reader, unsigned policy) {
     const bool good = reader.capture_element(item, white_space::keep);
     out += good ? " captured " : " not captured ";
     out += item.namespace_uri + " [" + (good ? item.text : "") + "]";
-    for (const auto& [attribute, value] : item.attributes) out += " @" + attribute + "=[" + value + "]";
+    for (const auto& [attribute, value] : item.attributes) {
+      out.append(" @").append(attribute).append("=[").append(value).append("]");
+    }
     out += " line " + std::to_string(reader.line()) + "\n";
     return good;
   }
