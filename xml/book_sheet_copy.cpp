@@ -96,7 +96,7 @@ class PartCopier {
     const bool isSameBook = &_from == &_to;
     if (isSameBook && isOfKind(item, "image")) return name;
     if (const auto known = _copies.find(name); known != _copies.end()) return known->second;
-    const std::string copy = freeNameLike(name);
+    std::string copy = freeNameLike(name);
     _copies.emplace(name, copy);
     const std::string type = _from.needContentTypes().contentType(name);
     std::string text;

@@ -81,7 +81,7 @@ template <class Tag>
 std::u16string XMLBookImplT<Tag>::usableSheetName(Text name, const Sheet* except) {
   if (name == nullptr) throw xlerror("sheet name can't be 0");
   const std::u16string_view given = name;
-  const std::u16string usable(cutSheetName(given));
+  std::u16string usable(cutSheetName(given));
   if (usable.size() < given.size()) _last.setMessage(kSheetNameIsCut);
   const auto taken = findSheet(usable);
   if (taken && (except == nullptr || *taken != positionOf(*except))) {

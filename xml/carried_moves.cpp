@@ -159,11 +159,11 @@ std::optional<int> numberIn(std::string_view text) {
 
 std::optional<LegacyAnchor> anchorIn(std::string_view text) {
   LegacyAnchor anchor{};
-  for (std::size_t i = 0; i < anchor.size(); ++i) {
+  for (auto& part : anchor) {
     const std::size_t comma = std::min(text.find(','), text.size());
     const auto number = numberIn(text.substr(0, comma));
     if (!number) return std::nullopt;
-    anchor[i] = *number;
+    part = *number;
     text.remove_prefix(std::min(comma + 1, text.size()));
   }
   return anchor;

@@ -51,7 +51,7 @@ std::vector<DateGroup> dateGroups(const Filters& filters) {
     const auto& item = filters.get_dateGroupItem(i);
     const DatePart date{item.get_year(), item.get_month(),  item.get_day(),
                         item.get_hour(), item.get_minute(), item.get_second()};
-    const std::string grouping(item.get_dateTimeGrouping());
+    const std::string& grouping = item.get_dateTimeGrouping();
     groups.push_back({groupedBy(grouping, date), grouping});
   }
   return groups;
