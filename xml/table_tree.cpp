@@ -66,7 +66,7 @@ void moveColumns(Root& root, const LineMove& move, const SheetRange& before, con
       if (index < columns.size_tableColumn()) columns.erase_tableColumn(index);
     }
   }
-  const auto width = static_cast<std::size_t>(after.colLast - after.colFirst + 1);
+  const auto width = static_cast<std::size_t>(after.colLast - after.colFirst) + 1;
   while (columns.size_tableColumn() > width) columns.erase_tableColumn(columns.size_tableColumn() - 1);
   columns.set_count(static_cast<std::uint32_t>(columns.size_tableColumn()));
 }
