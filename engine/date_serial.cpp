@@ -102,7 +102,7 @@ bool dateUnpack(bool date1904, double value, int* year, int* month, int* day, in
     takePart(rest, perDay / reached, part);
     reached = perDay;
   }
-  // NOLINTNEXTLINE(bugprone-incorrect-roundings): the rest of a day is never negative
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): below zero it is cut towards zero, as the day is
   if (msec != nullptr) *msec = static_cast<int>(rest * (toMilliseconds / reached) + 0.5);
   carryMilliseconds(day, hour, min, sec, msec);
   return true;

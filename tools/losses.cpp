@@ -20,8 +20,9 @@ std::vector<std::string> Losses::lines() const {
       continue;
     }
     std::string line = kind->second.firstPlace;
-    if (kind->second.count > 1)
+    if (kind->second.count > 1) {
       line.append(" and ").append(std::to_string(kind->second.count - 1)).append(" more places");
+    }
     lines.push_back(line.append(": ").append(text));
   }
   return lines;

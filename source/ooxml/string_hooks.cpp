@@ -11,16 +11,15 @@ constexpr std::string_view kBefore = "<si><t>";
 constexpr std::string_view kBehind = "</t></si>";
 
 bool isPlainAscii(char c) {
-  return c >= ' ' && c <= '~' && c != '&';
+  const bool isPrintable = static_cast<unsigned char>(c - ' ') <= '~' - ' ';
+  return isPrintable && c != '&';
 }
 
 // Without a way out of the loop, so that it is done many bytes at a time.
 bool isPlainAscii(std::string_view text) {
-  unsigned other = 0;
-  for (const char c : text) {
-    other |= static_cast<unsigned>(c < ' ') | static_cast<unsigned>(c > '~') | static_cast<unsigned>(c == '&');
-  }
-  return other == 0;
+  unsigned others = 0;
+  for (const char c : text) others |= static_cast<unsigned>(!isPlainAscii(c));
+  return others == 0;
 }
 
 // With characters beyond ASCII too, as long as they are read as they stand.
